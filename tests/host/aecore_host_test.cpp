@@ -1,0 +1,239 @@
+// Drives libaecore.so through dlopen and its C ABI only, as a camera framework would.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <thread>
+
+#include "chostharness.h"
+
+namespace
+{
+
+const HostSensorConfig kSensor = {0, 4000, 3000, 1.0F, 64.0F, 2.0F, 64, 48, 10};
+
+class HostTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        std::string error;
+        ASSERT_TRUE(m_harness.Load(AECORE_LIBRARY_PATH, &error)) << error;
+        m_harness.ClearCoreLog();
+    }
+
+    void TearDown() override
+    {
+        for (UINT32 camera = 0; camera < 8; camera++)
+        {
+            LYRAECAlgorithm* pAlgo = nullptr;
+            if (VelaResultSuccess == m_harness.Create(camera, &pAlgo))
+            {
+                m_harness.Destroy(pAlgo, camera, true);
+            }
+        }
+    }
+
+    LYRAECAlgorithm* CreateStreaming(UINT32 camera)
+    {
+        LYRAECAlgorithm* pAlgo = nullptr;
+        EXPECT_EQ(VelaResultSuccess, m_harness.Create(camera, &pAlgo));
+        HostSensorConfig sensor = kSensor;
+        sensor.cameraId         = camera;
+        EXPECT_EQ(VelaResultSuccess, m_harness.Configure(pAlgo, sensor, AECAlgoOperationModeStreaming));
+        HostFrameResult start = {};
+        EXPECT_EQ(VelaResultSuccess, m_harness.QueryStartExposure(pAlgo, &start));
+        return pAlgo;
+    }
+
+    bool CoreLogContains(const std::string& text) const
+    {
+        const std::vector<std::string>& log = m_harness.CoreLog();
+        return std::any_of(log.begin(), log.end(),
+                           [&](const std::string& line) { return std::string::npos != line.find(text); });
+    }
+
+    CHostHarness m_harness;
+};
+
+} // namespace
+
+TEST_F(HostTest, EntryFillsTheCallbackTableAndAsksForTheVendorTagBase)
+{
+    const LyrAECAlgorithmCallbacks& callbacks = m_harness.Callbacks();
+    EXPECT_EQ(48U, callbacks.size);
+    EXPECT_NE(nullptr, callbacks.pfnGetCapabilities);
+    EXPECT_NE(nullptr, callbacks.pfnCreate);
+    EXPECT_NE(nullptr, callbacks.pfnSetAlgoInterface);
+    EXPECT_EQ(nullptr, callbacks.pfnQueryVendorTag);
+    EXPECT_GE(m_harness.VendorTagBaseCalls(), 1U);
+}
+
+TEST_F(HostTest, CapabilitiesQueryLeavesTheRecordAlone)
+{
+    LyrAlgorithmCapsInfo caps = {77, 0x5A5A};
+    EXPECT_EQ(VelaResultSuccess, m_harness.Callbacks().pfnGetCapabilities(&caps));
+    EXPECT_EQ(77U, caps.size);
+    EXPECT_EQ(0x5A5AU, caps.algorithmCapsMask);
+}
+
+TEST_F(HostTest, SecondCreateForOneCameraReturnsTheSameInstance)
+{
+    LYRAECAlgorithm* pFirst  = nullptr;
+    LYRAECAlgorithm* pSecond = nullptr;
+    ASSERT_EQ(VelaResultSuccess, m_harness.Create(2, &pFirst));
+    ASSERT_EQ(VelaResultSuccess, m_harness.Create(2, &pSecond));
+    EXPECT_EQ(pFirst, pSecond);
+    EXPECT_NE(nullptr, pFirst->AECProcess);
+    EXPECT_NE(nullptr, pFirst->AECGetParam);
+    EXPECT_NE(nullptr, pFirst->AECSetParam);
+    EXPECT_NE(nullptr, pFirst->AECDestroy);
+    EXPECT_EQ(nullptr, pFirst->AECGetFeatureCapability);
+}
+
+TEST_F(HostTest, CreateInstallsTheHostLogger)
+{
+    LYRAECAlgorithm* pAlgo = nullptr;
+    ASSERT_EQ(VelaResultSuccess, m_harness.Create(0, &pAlgo));
+    auto* pLogger = static_cast<StatsLoggingFunction*>(m_harness.Resolve("gStatsLogger"));
+    ASSERT_NE(nullptr, pLogger);
+    EXPECT_EQ(&HostLogger, *pLogger);
+}
+
+TEST_F(HostTest, ExportedDataIsReachable)
+{
+    auto* pCalib = static_cast<const AECLEDSettingPair*>(m_harness.Resolve("s_fakeFlashCalib"));
+    ASSERT_NE(nullptr, pCalib);
+    const INT32 expected[6][2] = {{4, 0}, {4, 5}, {4, 10}, {2, 0}, {2, 5}, {2, 10}};
+    for (int i = 0; i < 6; i++)
+    {
+        EXPECT_EQ(expected[i][0], pCalib[i].LED1Setting);
+        EXPECT_EQ(expected[i][1], pCalib[i].LED2Setting);
+    }
+    EXPECT_NE(nullptr, m_harness.Resolve("g_cameraId"));
+}
+
+TEST_F(HostTest, CameraIdBeyondTheTableIsRefused)
+{
+    LYRAECAlgorithm* pAlgo = reinterpret_cast<LYRAECAlgorithm*>(0x1);
+    EXPECT_NE(VelaResultSuccess, m_harness.Create(8, &pAlgo));
+    EXPECT_EQ(nullptr, pAlgo);
+}
+
+TEST_F(HostTest, FramesAreProcessedAfterTheStartQueryAndTheOutputListIsWalked)
+{
+    LYRAECAlgorithm* pAlgo = CreateStreaming(0);
+    HostFrameResult  frame = {};
+    for (UINT64 id = 1; id <= 5; id++)
+    {
+        ASSERT_EQ(VelaResultSuccess, m_harness.ProcessFrame(pAlgo, kSensor, id, 100.0F, &frame)) << "frame " << id;
+    }
+    EXPECT_EQ(3U, frame.exposureSet.exposureInfoOutputCount);
+    EXPECT_EQ(56U, frame.exposureSet.exposureInfoOutputSize);
+    for (UINT32 i = 0; i < 3; i++)
+    {
+        EXPECT_EQ(static_cast<AECAlgoExposureType>(i), frame.exposures[i].exposureType);
+    }
+    ASSERT_NE(nullptr, frame.pLDMQueue);
+    EXPECT_EQ(0U, frame.pLDMQueue->numberOfSetCmd);
+    EXPECT_GE(frame.frameControl.LEDInfluenceRatio, 1.0F);
+    EXPECT_GE(frame.frameControl.predictiveGain, 1.0F);
+}
+
+TEST_F(HostTest, FrameBeforeTheStartQueryIsRefused)
+{
+    LYRAECAlgorithm* pAlgo = nullptr;
+    ASSERT_EQ(VelaResultSuccess, m_harness.Create(1, &pAlgo));
+    HostSensorConfig sensor = kSensor;
+    sensor.cameraId         = 1;
+    ASSERT_EQ(VelaResultSuccess, m_harness.Configure(pAlgo, sensor, AECAlgoOperationModeStreaming));
+    HostFrameResult frame = {};
+    EXPECT_EQ(VelaResultEFailed, m_harness.ProcessFrame(pAlgo, sensor, 1, 100.0F, &frame));
+    EXPECT_TRUE(CoreLogContains("Need to always query start exposure before sending in stats for each opMode!"));
+}
+
+TEST_F(HostTest, FrameIdsMustRise)
+{
+    LYRAECAlgorithm* pAlgo = CreateStreaming(0);
+    HostFrameResult  frame = {};
+    ASSERT_EQ(VelaResultSuccess, m_harness.ProcessFrame(pAlgo, kSensor, 10, 100.0F, &frame));
+    EXPECT_EQ(VelaResultEFailed, m_harness.ProcessFrame(pAlgo, kSensor, 10, 100.0F, &frame));
+    EXPECT_EQ(VelaResultEFailed, m_harness.ProcessFrame(pAlgo, kSensor, 9, 100.0F, &frame));
+    EXPECT_TRUE(CoreLogContains("Failed to save the stats frame ID to history!"));
+    EXPECT_EQ(VelaResultSuccess, m_harness.ProcessFrame(pAlgo, kSensor, 11, 100.0F, &frame));
+}
+
+TEST_F(HostTest, StartQueryInInitModeIsRefused)
+{
+    LYRAECAlgorithm* pAlgo = nullptr;
+    ASSERT_EQ(VelaResultSuccess, m_harness.Create(3, &pAlgo));
+    HostFrameResult start = {};
+    EXPECT_EQ(VelaResultEFailed, m_harness.QueryStartExposure(pAlgo, &start));
+}
+
+TEST_F(HostTest, DestroyWithoutTheCloseBitKeepsTheInstance)
+{
+    LYRAECAlgorithm* pAlgo = CreateStreaming(0);
+    m_harness.Destroy(pAlgo, 0, false);
+    HostFrameResult frame = {};
+    EXPECT_EQ(VelaResultSuccess, m_harness.ProcessFrame(pAlgo, kSensor, 1, 100.0F, &frame));
+    LYRAECAlgorithm* pAgain = nullptr;
+    ASSERT_EQ(VelaResultSuccess, m_harness.Create(0, &pAgain));
+    EXPECT_EQ(pAlgo, pAgain);
+}
+
+TEST_F(HostTest, DestroyWithTheCloseBitEndsTheInstance)
+{
+    LYRAECAlgorithm* pAlgo = CreateStreaming(0);
+    HostFrameResult  frame = {};
+    ASSERT_EQ(VelaResultSuccess, m_harness.ProcessFrame(pAlgo, kSensor, 1, 100.0F, &frame));
+    m_harness.Destroy(pAlgo, 0, true);
+
+    // A new instance starts in Init mode: its first frame needs a fresh start query.
+    LYRAECAlgorithm* pNew = nullptr;
+    ASSERT_EQ(VelaResultSuccess, m_harness.Create(0, &pNew));
+    ASSERT_EQ(VelaResultSuccess, m_harness.SetParam(pNew, AECAlgoSetParamOperationMode,
+                                                    &(const AECAlgoOperationModeType&)AECAlgoOperationModeStreaming,
+                                                    sizeof(AECAlgoOperationModeType)));
+    EXPECT_EQ(VelaResultEFailed, m_harness.ProcessFrame(pNew, kSensor, 2, 100.0F, &frame));
+}
+
+TEST_F(HostTest, EmptySetListIsRefusedWithInvalidPointer)
+{
+    LYRAECAlgorithm* pAlgo = nullptr;
+    ASSERT_EQ(VelaResultSuccess, m_harness.Create(0, &pAlgo));
+    AECAlgoSetParamList empty = {nullptr, 0};
+    EXPECT_EQ(VelaResultEInvalidPointer, pAlgo->AECSetParam(pAlgo, &empty));
+    EXPECT_EQ(VelaResultEInvalidPointer, pAlgo->AECProcess(pAlgo, nullptr, nullptr));
+    EXPECT_EQ(VelaResultEInvalidPointer, pAlgo->AECGetParam(pAlgo, nullptr));
+}
+
+TEST_F(HostTest, CamerasRunSideBySideOnTheirOwnThreads)
+{
+    LYRAECAlgorithm* pInstances[2] = {CreateStreaming(0), CreateStreaming(1)};
+    ASSERT_NE(pInstances[0], pInstances[1]);
+
+    KDKResult failures[2] = {0, 0};
+    auto      run         = [&](UINT32 camera) {
+        CHostHarness     local;
+        std::string      error;
+        HostSensorConfig sensor = kSensor;
+        sensor.cameraId         = camera;
+        if (!local.Load(AECORE_LIBRARY_PATH, &error))
+        {
+            failures[camera] = 1;
+            return;
+        }
+        HostFrameResult frame = {};
+        for (UINT64 id = 1; id <= 50; id++)
+        {
+            failures[camera] += (VelaResultSuccess != local.ProcessFrame(pInstances[camera], sensor, id, 90.0F, &frame));
+        }
+    };
+    std::thread first(run, 0);
+    std::thread second(run, 1);
+    first.join();
+    second.join();
+    EXPECT_EQ(0, failures[0]);
+    EXPECT_EQ(0, failures[1]);
+}

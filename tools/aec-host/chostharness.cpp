@@ -1,0 +1,286 @@
+// Drives libaecore through dlopen and its C ABI only, the way a camera framework does.
+#include "chostharness.h"
+
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+#include <mutex>
+
+namespace
+{
+
+// The host's callbacks are plain C functions, so their state is file-wide, as in a real framework.
+std::mutex               s_logMutex;
+std::vector<std::string> s_coreLog;
+UINT32                   s_vendorTagBaseCalls = 0;
+UINT32                   s_vendorTagQueries   = 0;
+
+} // namespace
+
+VOID HostLogger(const CHAR* pFileName, UINT32 lineNum, const CHAR* pFunctionName, StatsLogGroup group,
+                StatsLog level, const CHAR* pFormat, ...)
+{
+    (void)pFileName;
+    (void)lineNum;
+    (void)pFunctionName;
+    (void)group;
+    (void)level;
+    char    line[1024];
+    va_list args;
+    va_start(args, pFormat);
+    vsnprintf(line, sizeof(line), pFormat, args);
+    va_end(args);
+    std::lock_guard<std::mutex> lock(s_logMutex);
+    s_coreLog.emplace_back(line);
+}
+
+namespace
+{
+
+KDKResult HostGetVendorTagBase(LyrVendorTagBaseInfo* pInfo)
+{
+    s_vendorTagBaseCalls++;
+    pInfo->vendorTagBase = 0x80000000U;
+    return VelaResultSuccess;
+}
+
+KDKResult HostQueryVendorTagLocation(const CHAR* pSectionName, const CHAR* pTagName, UINT32* pTagLocation)
+{
+    (void)pSectionName;
+    s_vendorTagQueries++;
+    *pTagLocation = 0x80000000U + static_cast<UINT32>(std::strlen(pTagName));
+    return VelaResultSuccess;
+}
+
+} // namespace
+
+CHostHarness::CHostHarness()
+    : m_pLibrary(nullptr), m_callbacks(), m_hostInterface(), m_bayerGrid(), m_bayerHist(), m_statsInfo(), m_inputs(),
+      m_outputs(), m_inputList(), m_outputList()
+{
+}
+
+CHostHarness::~CHostHarness()
+{
+    Unload();
+}
+
+bool CHostHarness::Load(const std::string& libraryPath, std::string* pError)
+{
+    m_pLibrary = dlopen(libraryPath.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (nullptr == m_pLibrary)
+    {
+        *pError = dlerror();
+        return false;
+    }
+    auto pEntry = reinterpret_cast<void (*)(LyrAECAlgorithmCallbacks*)>(Resolve("LyrAECAlgorithmEntry"));
+    if (nullptr == pEntry)
+    {
+        *pError = "LyrAECAlgorithmEntry not exported";
+        return false;
+    }
+    m_callbacks = LyrAECAlgorithmCallbacks{};
+    pEntry(&m_callbacks);
+
+    m_hostInterface                         = LyrAlgorithmInterface{};
+    m_hostInterface.size                    = sizeof(m_hostInterface);
+    m_hostInterface.pGetVendorTagBase       = &HostGetVendorTagBase;
+    m_hostInterface.pQueryVendorTagLocation = &HostQueryVendorTagLocation;
+    m_callbacks.pfnSetAlgoInterface(&m_hostInterface);
+    return true;
+}
+
+void CHostHarness::Unload()
+{
+    if (nullptr != m_pLibrary)
+    {
+        dlclose(m_pLibrary);
+        m_pLibrary = nullptr;
+    }
+}
+
+void* CHostHarness::Resolve(const char* pSymbol) const
+{
+    return (nullptr != m_pLibrary) ? dlsym(m_pLibrary, pSymbol) : nullptr;
+}
+
+KDKResult CHostHarness::Create(UINT32 cameraId, LYRAECAlgorithm** ppAlgo, StatsLoggingFunction pLogger)
+{
+    // The library reads the camera info among the first five entries, so the list always has five.
+    StatsCameraInfo    cameraInfo = {StatsAlgoRoleDefault, cameraId};
+    UINT32             sessionHandle = 1;
+    BOOL               openIndicator = TRUE;
+    AECAlgoCreateParam params[5]     = {};
+    params[0] = {reinterpret_cast<VOID*>((nullptr != pLogger) ? pLogger : &HostLogger), sizeof(StatsLoggingFunction), AECAlgoCreateParamsLoggerFunctionPtr};
+    params[1] = {&sessionHandle, sizeof(sessionHandle), AECAlgoCreateParamTypeSessionHandle};
+    params[2] = {&openIndicator, sizeof(openIndicator), AECAlgoCreateParamTypeCameraOpenIndicator};
+    params[3] = {&cameraInfo, sizeof(cameraInfo), AECAlgoCreateParamTypeCameraInfo};
+    params[4] = {nullptr, 0, AECCreateParamsTypeTuningData};
+    AECAlgoCreateParamList list = {params, 5};
+    return m_callbacks.pfnCreate(&list, ppAlgo);
+}
+
+KDKResult CHostHarness::SetParam(LYRAECAlgorithm* pAlgo, AECAlgoSetParamType type, const void* pData, UINT32 size)
+{
+    AECAlgoSetParam     param = {const_cast<void*>(pData), size, type};
+    AECAlgoSetParamList list  = {&param, 1};
+    return pAlgo->AECSetParam(pAlgo, &list);
+}
+
+KDKResult CHostHarness::Configure(LYRAECAlgorithm* pAlgo, const HostSensorConfig& sensor, AECAlgoOperationModeType mode)
+{
+    StatsCameraInfo cameraInfo = {StatsAlgoRoleDefault, sensor.cameraId};
+
+    // 30 fps with 33 us lines: 1000 lines per frame, exposure from one line up to the frame.
+    StatsSensorInfo sensorInfo        = {};
+    sensorInfo.currentFPS             = 30;
+    sensorInfo.maxFPS                 = 30;
+    sensorInfo.currentLinesPerFrame   = 1000;
+    sensorInfo.currentMaxLineCount    = 1000;
+    sensorInfo.currentMinLineCount    = 1;
+    sensorInfo.maxGain                = sensor.maxGain;
+    sensorInfo.minGain                = sensor.minGain;
+    sensorInfo.pixelClock             = 300000000;
+    sensorInfo.pixelClockPerLine      = 10000;
+    sensorInfo.sensorResWidth         = sensor.width;
+    sensorInfo.sensorResHeight        = sensor.height;
+    sensorInfo.fNumber                = sensor.fNumber;
+    sensorInfo.sensorActiveResWidth   = sensor.width;
+    sensorInfo.sensorActiveResHeight  = sensor.height;
+
+    StatsTuningData tuning = {};
+    AECAlgoSetParam params[4] = {
+        {&cameraInfo, sizeof(cameraInfo), AECAlgoSetParamCameraInfo},
+        {&sensorInfo, sizeof(sensorInfo), AECAlgoSetParamSensorInfo},
+        {&tuning, sizeof(tuning), AECAlgoSetParamSorentaData},
+        {&mode, sizeof(mode), AECAlgoSetParamOperationMode},
+    };
+    AECAlgoSetParamList list = {params, 4};
+    return pAlgo->AECSetParam(pAlgo, &list);
+}
+
+KDKResult CHostHarness::QueryStartExposure(LYRAECAlgorithm* pAlgo, HostFrameResult* pResult)
+{
+    *pResult = HostFrameResult{};
+    pResult->exposureSet = {pResult->exposures, AECAlgoExposureCount, sizeof(AECAlgoExposureInfo), 0, 0};
+
+    AECAlgoGetParamOutput outputs[2] = {
+        {&pResult->frameControl, sizeof(pResult->frameControl), 0, AECAlgoGetParamOutputFrameControl},
+        {&pResult->exposureSet, sizeof(pResult->exposureSet), 0, AECAlgoGetParamOutputExposureSets},
+    };
+    AECAlgoGetParam query   = {};
+    query.type              = AECAlgoGetParamStartExposure;
+    query.outputList        = {outputs, 2};
+    pResult->result         = pAlgo->AECGetParam(pAlgo, &query);
+    return pResult->result;
+}
+
+void CHostHarness::BuildStatistics(const HostSensorConfig& sensor, FLOAT greyLevel)
+{
+    const UINT32 regions  = sensor.gridColumns * sensor.gridRows;
+    const FLOAT  maxValue = static_cast<FLOAT>((1U << sensor.bitDepth) - 1U);
+    const UINT16 value    = static_cast<UINT16>(std::lround(std::min(greyLevel / 255.0F, 1.0F) * maxValue));
+    const StatsColorChannelType channels[4] = {StatsColorChannelR, StatsColorChannelGR, StatsColorChannelGB,
+                                                StatsColorChannelB};
+
+    m_bayerGrid = StatsBayerGrid{};
+    m_bayerHist = StatsBayerHist{};
+    const UINT32 bins = 1024;
+    const UINT32 bin  = std::min(bins - 1, static_cast<UINT32>(std::lround(greyLevel / 255.0F * (bins - 1))));
+    for (UINT32 c = 0; c < 4; c++)
+    {
+        m_grid[c].assign(regions, value);
+        m_bayerGrid.pGridData[c]    = m_grid[c].data();
+        m_bayerGrid.gridDataType[c] = channels[c];
+        m_histogram[c].assign(bins, 0);
+        m_histogram[c][bin]         = sensor.width * sensor.height / 4;
+        m_bayerHist.pHistData[c]    = m_histogram[c].data();
+        m_bayerHist.histDataType[c] = channels[c];
+    }
+    m_bayerGrid.horizontalRegionCount = sensor.gridColumns;
+    m_bayerGrid.verticalRegionCount   = sensor.gridRows;
+    m_bayerGrid.totalRegionCount      = regions;
+    m_bayerGrid.regionWidth           = sensor.width / sensor.gridColumns;
+    m_bayerGrid.regionHeight          = sensor.height / sensor.gridRows;
+    m_bayerGrid.bitDepth              = sensor.bitDepth;
+    m_bayerGrid.numValidRegions       = regions;
+    m_bayerGrid.startupMode           = StatisticsStartUpValid;
+    m_bayerGrid.exposureType          = AECAlgoExposureSafe;
+    m_bayerHist.channelCount          = 4;
+    m_bayerHist.binCount              = bins;
+    m_bayerHist.startupMode           = StatisticsStartUpValid;
+    m_bayerHist.uniform               = TRUE;
+    m_bayerHist.exposureType          = AECAlgoExposureSafe;
+}
+
+KDKResult CHostHarness::ProcessFrame(LYRAECAlgorithm* pAlgo, const HostSensorConfig& sensor, UINT64 frameId,
+                                     FLOAT greyLevel, HostFrameResult* pResult)
+{
+    PrepareFrame(sensor, frameId, greyLevel, pResult);
+    return RunPreparedFrame(pAlgo, pResult);
+}
+
+void CHostHarness::PrepareFrame(const HostSensorConfig& sensor, UINT64 frameId, FLOAT greyLevel,
+                                HostFrameResult* pResult)
+{
+    BuildStatistics(sensor, greyLevel);
+
+    m_statsInfo           = AECAlgoInputStatsInfo{};
+    m_statsInfo.requestId = frameId;
+    m_inputs[0]           = {&m_statsInfo, sizeof(m_statsInfo), AECAlgoInputStatisticInfo};
+    m_inputs[1]           = {&m_bayerGrid, sizeof(m_bayerGrid), AECAlgoInputBayerGrid};
+    m_inputs[2]           = {&m_bayerHist, sizeof(m_bayerHist), AECAlgoInputBayerHist};
+    m_inputList           = {m_inputs, 3};
+
+    *pResult             = HostFrameResult{};
+    pResult->exposureSet = {pResult->exposures, AECAlgoExposureCount, sizeof(AECAlgoExposureInfo), 0, 0};
+    m_outputs[0]         = {&pResult->frameInfo, sizeof(pResult->frameInfo), 0, AECAlgoOutputFrameInfo};
+    m_outputs[1]         = {&pResult->frameControl, sizeof(pResult->frameControl), 0, AECAlgoOutputFrameControl};
+    m_outputs[2]         = {&pResult->exposureSet, sizeof(pResult->exposureSet), 0, AECAlgoOutputExposureSets};
+    m_outputs[3]         = {nullptr, 0, 0, AECAlgoOutputLDMCmdQueue};
+    m_outputList         = {m_outputs, 4};
+}
+
+KDKResult CHostHarness::RunPreparedFrame(LYRAECAlgorithm* pAlgo, HostFrameResult* pResult)
+{
+    pResult->result    = pAlgo->AECProcess(pAlgo, &m_inputList, &m_outputList);
+    pResult->pLDMQueue = static_cast<const LDMSetMotorInfoList*>(m_outputs[3].pAECOutput);
+    return pResult->result;
+}
+
+void CHostHarness::Destroy(LYRAECAlgorithm* pAlgo, UINT32 cameraId, bool closeBit)
+{
+    UINT32          closeMask  = closeBit ? (1U << cameraId) : 0U;
+    StatsCameraInfo cameraInfo = {StatsAlgoRoleDefault, cameraId};
+    AECAlgoDestroyParam params[2] = {
+        {AECDestroyParamTypeCameraCloseIndicator, &closeMask, sizeof(closeMask)},
+        {AECDestroyParamTypeCameraInfo, &cameraInfo, sizeof(cameraInfo)},
+    };
+    AECAlgoDestroyParamList list = {params, 2};
+    pAlgo->AECDestroy(pAlgo, &list);
+}
+
+const std::vector<std::string>& CHostHarness::CoreLog() const
+{
+    return s_coreLog;
+}
+
+void CHostHarness::ClearCoreLog()
+{
+    std::lock_guard<std::mutex> lock(s_logMutex);
+    s_coreLog.clear();
+}
+
+UINT32 CHostHarness::VendorTagBaseCalls() const
+{
+    return s_vendorTagBaseCalls;
+}
+
+UINT32 CHostHarness::VendorTagQueries() const
+{
+    return s_vendorTagQueries;
+}

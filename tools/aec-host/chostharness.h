@@ -1,0 +1,97 @@
+// Drives libaecore through dlopen and its C ABI only, the way a camera framework does.
+#ifndef AECORE_TOOLS_CHOSTHARNESS_H
+#define AECORE_TOOLS_CHOSTHARNESS_H
+
+#include <string>
+#include <vector>
+
+#include "aecore/aecore.h"
+
+// The harness's default core logger; it keeps every message for CoreLog().
+VOID HostLogger(const CHAR* pFileName, UINT32 lineNum, const CHAR* pFunctionName, StatsLogGroup group,
+                StatsLog level, const CHAR* pFormat, ...);
+
+// Describes the synthetic sensor and scene the harness feeds to an instance.
+struct HostSensorConfig
+{
+    UINT32 cameraId;
+    UINT32 width;          // sensor resolution in pixels
+    UINT32 height;
+    FLOAT  minGain;
+    FLOAT  maxGain;
+    FLOAT  fNumber;
+    UINT32 gridColumns;    // Bayer grid regions
+    UINT32 gridRows;
+    UINT16 bitDepth;       // of the grid sums
+};
+
+// What one processed frame handed back through the output list.
+struct HostFrameResult
+{
+    KDKResult           result;
+    AECAlgoFrameInfo    frameInfo;
+    AECAlgoFrameControl frameControl;
+    AECAlgoExposureInfo exposures[AECAlgoExposureCount];
+    AECAlgoExposureSet  exposureSet;
+    const LDMSetMotorInfoList* pLDMQueue;
+};
+
+class CHostHarness
+{
+public:
+    CHostHarness();
+    ~CHostHarness();
+    CHostHarness(const CHostHarness&)            = delete;
+    CHostHarness& operator=(const CHostHarness&) = delete;
+
+    // Loads the library, runs the entry point and hands over the host's callback table.
+    bool Load(const std::string& libraryPath, std::string* pError);
+    void Unload();
+
+    const LyrAECAlgorithmCallbacks& Callbacks() const { return m_callbacks; }
+    void* Resolve(const char* pSymbol) const;
+
+    // Creates (or, for a running camera, finds) the instance of a camera; a null logger means the harness's own.
+    KDKResult Create(UINT32 cameraId, LYRAECAlgorithm** ppAlgo, StatsLoggingFunction pLogger = nullptr);
+
+    // The host's usual set-up: camera info, sensor info, tuning, then an operation mode.
+    KDKResult Configure(LYRAECAlgorithm* pAlgo, const HostSensorConfig& sensor, AECAlgoOperationModeType mode);
+    KDKResult SetParam(LYRAECAlgorithm* pAlgo, AECAlgoSetParamType type, const void* pData, UINT32 size);
+    KDKResult QueryStartExposure(LYRAECAlgorithm* pAlgo, HostFrameResult* pResult);
+
+    // Feeds one frame of a uniform grey scene at the given 8-bit level and walks the whole output list.
+    KDKResult ProcessFrame(LYRAECAlgorithm* pAlgo, const HostSensorConfig& sensor, UINT64 frameId, FLOAT greyLevel,
+                           HostFrameResult* pResult);
+
+    // The two halves of ProcessFrame, so that a caller can watch the library's own work alone.
+    void      PrepareFrame(const HostSensorConfig& sensor, UINT64 frameId, FLOAT greyLevel, HostFrameResult* pResult);
+    KDKResult RunPreparedFrame(LYRAECAlgorithm* pAlgo, HostFrameResult* pResult);
+
+    // Destroys through the close mask; closeBit false leaves the instance running.
+    void Destroy(LYRAECAlgorithm* pAlgo, UINT32 cameraId, bool closeBit);
+
+    // Messages that the core logged through the harness's logger.
+    const std::vector<std::string>& CoreLog() const;
+    void ClearCoreLog();
+
+    UINT32 VendorTagBaseCalls() const;
+    UINT32 VendorTagQueries() const;
+
+private:
+    void BuildStatistics(const HostSensorConfig& sensor, FLOAT greyLevel);
+
+    void*                    m_pLibrary;
+    LyrAECAlgorithmCallbacks m_callbacks;
+    LyrAlgorithmInterface    m_hostInterface;
+    std::vector<UINT16>      m_grid[4];
+    std::vector<UINT32>      m_histogram[4];
+    StatsBayerGrid           m_bayerGrid;
+    StatsBayerHist           m_bayerHist;
+    AECAlgoInputStatsInfo    m_statsInfo;
+    AECAlgoInput             m_inputs[3];
+    AECAlgoOutput            m_outputs[4];
+    AECAlgoInputList         m_inputList;
+    AECAlgoOutputList        m_outputList;
+};
+
+#endif // AECORE_TOOLS_CHOSTHARNESS_H
