@@ -14,7 +14,7 @@ struct ROIPriorityTuning
 class ROIPriority : public ROIsData
 {
 public:
-    static const UINT32 InvalidID = 0xFFFFFFFF;
+    static constexpr UINT32 InvalidID = 0xFFFFFFFF;
 
     VOID SetTuningData(const ROIPriorityTuning* pTuning);
 

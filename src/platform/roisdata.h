@@ -9,7 +9,7 @@
 class ROIsData
 {
 public:
-    static const UINT32 MaxROICount = AECORE_MAX_FACE_ROIS;
+    static constexpr UINT32 MaxROICount = AECORE_MAX_FACE_ROIS;
 
     UINT32 Size() const;
 

@@ -40,7 +40,8 @@ TEST(HostAllocation, ProcessedFrameAllocatesOnlyTheHistoryNode)
         std::vector<size_t> sizes  = AllocationCounter::End();
 
         ASSERT_EQ(VelaResultSuccess, result) << "frame " << id;
-        ASSERT_LE(sizes.size(), 1U) << "frame " << id << " allocated " << sizes.size() << " blocks";
+        ASSERT_LE(sizes.size(), 1U) << "frame " << id << " allocated " << sizes.size() << " blocks, the first of "
+                                    << (sizes.empty() ? 0 : sizes[0]) << " bytes, the last of " << sizes.back() << " bytes";
         if (id <= 10)
         {
             ASSERT_EQ(1U, sizes.size()) << "frame " << id << " should add one history node";

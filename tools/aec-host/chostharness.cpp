@@ -241,7 +241,7 @@ void CHostHarness::PrepareFrame(const HostSensorConfig& sensor, UINT64 frameId, 
     m_outputs[0]         = {&pResult->frameInfo, sizeof(pResult->frameInfo), 0, AECAlgoOutputFrameInfo};
     m_outputs[1]         = {&pResult->frameControl, sizeof(pResult->frameControl), 0, AECAlgoOutputFrameControl};
     m_outputs[2]         = {&pResult->exposureSet, sizeof(pResult->exposureSet), 0, AECAlgoOutputExposureSets};
-    m_outputs[3]         = {nullptr, 0, 0, AECAlgoOutputLDMCmdQueue};
+    m_outputs[3]         = {nullptr, sizeof(LDMSetMotorInfoList), 0, AECAlgoOutputLDMCmdQueue};
     m_outputList         = {m_outputs, 4};
 }
 
