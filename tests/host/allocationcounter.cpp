@@ -41,30 +41,30 @@ void Record(size_t size)
 extern "C"
 {
 
-void* malloc(size_t size)
+__attribute__((visibility("default"))) void* malloc(size_t size)
 {
     Record(size);
     return __libc_malloc(size);
 }
 
-void* calloc(size_t count, size_t size)
+__attribute__((visibility("default"))) void* calloc(size_t count, size_t size)
 {
     Record(count * size);
     return __libc_calloc(count, size);
 }
 
-void* realloc(void* pMemory, size_t size)
+__attribute__((visibility("default"))) void* realloc(void* pMemory, size_t size)
 {
     Record(size);
     return __libc_realloc(pMemory, size);
 }
 
-void free(void* pMemory)
+__attribute__((visibility("default"))) void free(void* pMemory)
 {
     __libc_free(pMemory);
 }
 
-int posix_memalign(void** ppMemory, size_t alignment, size_t size)
+__attribute__((visibility("default"))) int posix_memalign(void** ppMemory, size_t alignment, size_t size)
 {
     Record(size);
     void* pMemory = __libc_memalign(alignment, size);
@@ -76,13 +76,13 @@ int posix_memalign(void** ppMemory, size_t alignment, size_t size)
     return 0;
 }
 
-void* aligned_alloc(size_t alignment, size_t size)
+__attribute__((visibility("default"))) void* aligned_alloc(size_t alignment, size_t size)
 {
     Record(size);
     return __libc_memalign(alignment, size);
 }
 
-void* memalign(size_t alignment, size_t size)
+__attribute__((visibility("default"))) void* memalign(size_t alignment, size_t size)
 {
     Record(size);
     return __libc_memalign(alignment, size);

@@ -115,7 +115,7 @@ BOOL CAECGetParamTranslator::writeOutput(AECAlgoGetParamOutput* pEntry)
             {
                 return FALSE;
             }
-            copyDataFrameControl(static_cast<AECAlgoFrameControl*>(pDst), &output.frameSetting);
+            copyDataFrameControl(static_cast<AECAlgoFrameControl*>(pDst), size, &output.frameSetting);
             pEntry->sizeOfWrittenOutputData = FrameControlSize;
             return TRUE;
         case AECAlgoGetParamOutputExposureSets:

@@ -89,7 +89,10 @@ SIZE_T CAECInterfaceTranslator::copyMotorStatusData(LDMMotorStatusInfo* pDst, co
     return AECORE_MOTOR_STATUS_COPY_SIZE;
 }
 
-VOID CAECInterfaceTranslator::copyDataFrameControl(AECAlgoFrameControl* pDst, const AECFrameControl* pSrc)
+// TRUE when a field of a host record lies wholly inside the bytes the host declared.
+#define AEC_FIELD_FITS(type, field, size) ((offsetof(type, field) + sizeof(((type*)nullptr)->field)) <= (size))
+
+VOID CAECInterfaceTranslator::copyDataFrameControl(AECAlgoFrameControl* pDst, UINT32 dstSize, const AECFrameControl* pSrc)
 {
     // Everything else in the host's record (aperture, trigger, decompanding, ...) belongs to the host.
     pDst->flashState                = pSrc->flashState;
@@ -105,12 +108,22 @@ VOID CAECInterfaceTranslator::copyDataFrameControl(AECAlgoFrameControl* pDst, co
     pDst->digitalGainForSimulation  = pSrc->digitalGainForSimulation;
     pDst->compenADRCGain            = pSrc->compenADRCGain;
     pDst->isInSensorHDR3ExpSnapshot = pSrc->isInsensorHDRSnapshot;
-    pDst->compensationDarkBoostGain = pSrc->compensationDarkBoostGain;
-    pDst->IRModeActivated           = static_cast<INT32>(pSrc->IRModeActivated);
-    pDst->IRLedIntensity            = pSrc->IRLedIntensity;
+    // These three lie beyond the least accepted size; a host that passes a short record keeps its memory.
+    if (AEC_FIELD_FITS(AECAlgoFrameControl, compensationDarkBoostGain, dstSize))
+    {
+        pDst->compensationDarkBoostGain = pSrc->compensationDarkBoostGain;
+    }
+    if (AEC_FIELD_FITS(AECAlgoFrameControl, IRModeActivated, dstSize))
+    {
+        pDst->IRModeActivated = static_cast<INT32>(pSrc->IRModeActivated);
+    }
+    if (AEC_FIELD_FITS(AECAlgoFrameControl, IRLedIntensity, dstSize))
+    {
+        pDst->IRLedIntensity = pSrc->IRLedIntensity;
+    }
 }
 
-VOID CAECInterfaceTranslator::copyDataFrameInfo(AECAlgoFrameInfo* pDst, const AECFrameInfo* pSrc)
+VOID CAECInterfaceTranslator::copyDataFrameInfo(AECAlgoFrameInfo* pDst, UINT32 dstSize, const AECFrameInfo* pSrc)
 {
     // processedROI is the host's.
     pDst->brightnessSettled    = pSrc->brightnessSettled;
@@ -124,7 +137,11 @@ VOID CAECInterfaceTranslator::copyDataFrameInfo(AECAlgoFrameInfo* pDst, const AE
     pDst->LEDFDDelayRequired   = pSrc->LEDFDDelayRequired;
     pDst->DebugDataSizeWritten = pSrc->DebugDataSizeWritten;
     pDst->frameLuma            = pSrc->frameLuma;
-    pDst->pixCntRatioLEF       = pSrc->pixCntRatioLEF;
+    // pixCntRatioLEF lies beyond the least accepted size, see copyDataFrameControl.
+    if (AEC_FIELD_FITS(AECAlgoFrameInfo, pixCntRatioLEF, dstSize))
+    {
+        pDst->pixCntRatioLEF = pSrc->pixCntRatioLEF;
+    }
 }
 
 BOOL CAECInterfaceTranslator::copyDataExposureData(AECAlgoExposureSet* pDst, const AECAlgoExposureData* pSrc)

@@ -36,8 +36,9 @@ protected:
     static SIZE_T copyMotorStatusData(LDMMotorStatusInfo* pDst, const VOID* pSrc);
 
     // Core-to-host copies of the per-frame and query records.
-    static VOID copyDataFrameControl(AECAlgoFrameControl* pDst, const AECFrameControl* pSrc);
-    static VOID copyDataFrameInfo(AECAlgoFrameInfo* pDst, const AECFrameInfo* pSrc);
+    // dstSize is the host's entry size: fields that lie beyond it are left unwritten.
+    static VOID copyDataFrameControl(AECAlgoFrameControl* pDst, UINT32 dstSize, const AECFrameControl* pSrc);
+    static VOID copyDataFrameInfo(AECAlgoFrameInfo* pDst, UINT32 dstSize, const AECFrameInfo* pSrc);
 
     // Writes the three exposures into the host's exposure array; FALSE when the array cannot take them.
     static BOOL copyDataExposureData(AECAlgoExposureSet* pDst, const AECAlgoExposureData* pSrc);

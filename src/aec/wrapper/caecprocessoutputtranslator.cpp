@@ -102,7 +102,7 @@ BOOL CAECProcessOutputTranslator::writeOutput(AECAlgoOutput* pEntry)
             {
                 return FALSE;
             }
-            copyDataFrameInfo(static_cast<AECAlgoFrameInfo*>(pDst), &m_OutputParam.frameInfo);
+            copyDataFrameInfo(static_cast<AECAlgoFrameInfo*>(pDst), size, &m_OutputParam.frameInfo);
             pEntry->sizeOfWrittenAECOutput = FrameInfoSize;
             return TRUE;
         case AECAlgoOutputFrameControl:
@@ -110,7 +110,7 @@ BOOL CAECProcessOutputTranslator::writeOutput(AECAlgoOutput* pEntry)
             {
                 return FALSE;
             }
-            copyDataFrameControl(static_cast<AECAlgoFrameControl*>(pDst), &frame);
+            copyDataFrameControl(static_cast<AECAlgoFrameControl*>(pDst), size, &frame);
             pEntry->sizeOfWrittenAECOutput = FrameControlSize;
             return TRUE;
         case AECAlgoOutputExposureSets:

@@ -188,7 +188,7 @@ TEST_F(CAECProcessOutputTranslatorTest, FrameControlWritesItsFieldsAndLeavesTheH
     AECAlgoFrameControl control   = {};
     control.snapshotFlashDuration = 99;
     control.shortBlendRatio       = 0.5F;
-    std::vector<AECAlgoOutput> outputs = {Output(AECAlgoOutputFrameControl, &control, 68)};
+    std::vector<AECAlgoOutput> outputs = {Output(AECAlgoOutputFrameControl, &control, sizeof(control))};
 
     ASSERT_NE(nullptr, Translate(outputs));
     EXPECT_EQ(68U, outputs[0].sizeOfWrittenAECOutput);
@@ -216,11 +216,27 @@ TEST_F(CAECProcessOutputTranslatorTest, FrameControlWritesItsFieldsAndLeavesTheH
     EXPECT_EQ(nullptr, Translate(outputs));
 }
 
+TEST_F(CAECProcessOutputTranslatorTest, ShortFrameControlKeepsTheFieldsBeyondItsSize)
+{
+    AECAlgoFrameControl control       = {};
+    control.compensationDarkBoostGain = -1.0F;
+    control.IRModeActivated           = -1;
+    control.IRLedIntensity            = -1.0F;
+    std::vector<AECAlgoOutput> outputs = {Output(AECAlgoOutputFrameControl, &control, 68)};
+
+    ASSERT_NE(nullptr, Translate(outputs));
+    EXPECT_EQ(68U, outputs[0].sizeOfWrittenAECOutput);
+    EXPECT_EQ(1.25F, control.predictiveGain);
+    EXPECT_EQ(-1.0F, control.compensationDarkBoostGain);
+    EXPECT_EQ(-1, control.IRModeActivated);
+    EXPECT_EQ(-1.0F, control.IRLedIntensity);
+}
+
 TEST_F(CAECProcessOutputTranslatorTest, FrameInfoWritesEverythingButTheProcessedROI)
 {
     AECAlgoFrameInfo info   = {};
     info.processedROI.weight = 3.0F;
-    std::vector<AECAlgoOutput> outputs = {Output(AECAlgoOutputFrameInfo, &info, 1072)};
+    std::vector<AECAlgoOutput> outputs = {Output(AECAlgoOutputFrameInfo, &info, sizeof(info))};
 
     ASSERT_NE(nullptr, Translate(outputs));
     EXPECT_EQ(1072U, outputs[0].sizeOfWrittenAECOutput);
@@ -236,6 +252,18 @@ TEST_F(CAECProcessOutputTranslatorTest, FrameInfoWritesEverythingButTheProcessed
 
     outputs = {Output(AECAlgoOutputFrameInfo, &info, 1071)};
     EXPECT_EQ(nullptr, Translate(outputs));
+}
+
+TEST_F(CAECProcessOutputTranslatorTest, ShortFrameInfoKeepsTheFieldBeyondItsSize)
+{
+    AECAlgoFrameInfo info = {};
+    info.pixCntRatioLEF   = -1.0F;
+    std::vector<AECAlgoOutput> outputs = {Output(AECAlgoOutputFrameInfo, &info, 1072)};
+
+    ASSERT_NE(nullptr, Translate(outputs));
+    EXPECT_EQ(1072U, outputs[0].sizeOfWrittenAECOutput);
+    EXPECT_EQ(55.0F, info.frameLuma);
+    EXPECT_EQ(-1.0F, info.pixCntRatioLEF);
 }
 
 TEST_F(CAECProcessOutputTranslatorTest, PlainRecordsNeedTheirSize)

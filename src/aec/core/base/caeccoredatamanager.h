@@ -1,0 +1,264 @@
+// The per-camera state store of the core: settings, tuning views, frame history, ROIs and multi-camera exchange.
+#ifndef AEC_CORE_BASE_CAECCOREDATAMANAGER_H
+#define AEC_CORE_BASE_CAECCOREDATAMANAGER_H
+
+#include <list>
+
+#include "aec/core/base/aectuningviews.h"
+#include "aec/core/include/aeccorecommon.h"
+#include "aec/core/include/aeccoredata.h"
+#include "aec/core/include/aecdebugdata.h"
+#include "aec/core/include/iaeccallbacks.h"
+#include "aec/core/include/iaeccomponent.h"
+#include "aec/core/include/iaeccontext.h"
+
+// Modules read the store through IAECContext, write back through their callback interface and learn of
+// changes through the IAECComponent events; the core drives it through the non-virtual operations.
+//
+// Parts that later stages complete are marked "Later stage" where they stand: the tuning data adapter
+// (tuning views, EV compensation table, saturation rescale, DRC enable), the statistics configuration from
+// tuning, the custom exposure and metering tables, the multi-camera role mapping, face debouncing and the
+// debug data writer.
+class CAECCoreDataManager final : public IAECContext,
+                                  public IMeteringCallback,
+                                  public IConvergenceCallback,
+                                  public IArbitrationCallback,
+                                  public IIrisCtrlCallback,
+                                  public IExtensionCallback
+{
+public:
+    // One of the IAECComponent events, as notifyComponents takes it.
+    typedef AecResult (IAECComponent::*ComponentEvent)();
+
+    CAECCoreDataManager();
+    ~CAECCoreDataManager();
+
+    CAECCoreDataManager(const CAECCoreDataManager&)            = delete;
+    CAECCoreDataManager& operator=(const CAECCoreDataManager&) = delete;
+
+    // ---- Components ----
+
+    // Appends; the registration order is the order in which every event reaches the components.
+    VOID addComponent(IAECComponent* pComponent);
+    // Sends the event to every component in order, also past a failure; AecError if any of them failed.
+    AecResult notifyComponents(ComponentEvent event);
+
+    // ---- Per-frame bookkeeping of the core ----
+
+    // Counts each pending frame counter down by one.
+    VOID updateFrameCounters();
+    BOOL isStartConfigSaved() const;
+    // Records the start configuration of the current operation mode.
+    VOID saveStartExposure(const FLOAT* pExpIndices, FLOAT luxIndex);
+    // Takes the frame ID of the frame being processed; 1 when it does not rise (unless autoSwitchHDR is set).
+    AecResult saveCurrentFrameID(UINT64 frameID);
+    // Puts a processed frame in front of the history; 1 when its frame ID is not above the newest entry's.
+    AecResult saveFrameHistoryInfo(const AECFrameHistory& frameHistory);
+    // Marks the newest history entry as taken while a snapshot exposure was in the pipeline.
+    VOID setSnapshotQuery();
+    BOOL isFrameHistoryEmpty() const;
+    VOID processROIsPerFrame();
+    VOID DebugDataSaveStats(const AECCoreInput* pInput);
+    // Writes the debug data of the frame into the host's buffer and reports the bytes written.
+    KDKResult PrepareDebugData(const StatsDataPointer* pDebugBuffer, SIZE_T* pSizeWritten);
+
+    // ---- Setters ----
+
+    AecResult setOperationMode(AECAlgoOperationModeType mode);
+    AecResult setCameraInfo(const StatsCameraInfo& cameraInfo);
+    AecResult SetSetSensorInfo(const AECAlgoSensorInfo* pSensorInfo);
+    VOID      setPipelineDelay(UINT8 systemLatency);
+    VOID      setOverrideSetting(const AECAlgoOverrideSettingParam& overrideSetting);
+    VOID      setAWBState(const AECAlgoWhiteBalanceState& AWBState);
+    VOID      setDebugDataEnable(BOOL enable);
+    VOID      setFlashMaxCurrent(INT32 maxCurrent);
+    AecResult setFlashMeasurement(AECAlgoFlashMeasKindType kind);
+    VOID      setPostRawGain(INT32 postRawGain);
+    VOID      setADRCInfo(BOOL disableADRC);
+    VOID      setCropWindow(const StatsRectangle& cropWindow);
+    // Selects the peer's record from the host's pipeline list by this camera's role; 1 when there is none.
+    AecResult MapMultiCamPeerInfo(const StatsPeerInfoCombo* pCombo, const AECMultiCamInfo** ppPeerInfo);
+    // Takes the peer's record (owned by the peer's instance) and its dual-camera calibration if own is missing.
+    VOID      setPeerInfo(const AECMultiCamInfo* pPeerInfo);
+    // Later stage: the tuning data adapter sets the views from the parameter store; until then this is the
+    // only way in, and without views the tuning-driven steps of the pipeline are skipped.
+    VOID      setTuningViews(const AECCoreTuningViews& views);
+
+    // ---- IAECContext ----
+
+    AECAlgoOperationModeType getOperationMode() override;
+    AECAlgoMeteringModeType getMeteringMode() override;
+    const EVContext* getEVInfo() override;
+    StatisticsAntibanding getFlickerCompMode() override;
+    const AECAlgoManualSetting* getManualSetting() override;
+    BOOL getIsAECLocked() override;
+    AECLockContext* getLockContext() override;
+    FLOAT getMinFPS() override;
+    FLOAT getMaxFPS() override;
+    AECAlgoLEDModeType getLEDMode() override;
+    UINT32 getFlashMeasIndex() override;
+    AECAlgoFlashMeasKindType getFlashMeasKind() override;
+    const AECAlgoWhiteBalanceState* getAWBState() override;
+    const AECAlgoOverrideSettingParam* getOverrideSetting() override;
+    BOOL getLEDCalibrationEnable() override;
+    BOOL getDebugDataEnable() override;
+    AECDebugData* getDebugData() override;
+    INT32 getFlashMaxCurrent() override;
+    const IRTuningDataType* getIRTuning() override;
+    const ConvergenceTuningDataType* getConvTuning() override;
+    const MeteringTuningDataType* getMtrTuning() override;
+    const ArbitrationTuningDataType* getArbTuning() override;
+    const ExtensionTuningDataType* getExtTuning() override;
+    const ModArbitrationContext* getExposureLimitation() override;
+    const AECFrameHistory* getFrameHistory(UINT8 offset) override;
+    BOOL getPrevModeHistory(AECModeHistory* pModeHistory) override;
+    const TouchROIProcInfo* getTouchROI() override;
+    const FaceROIProcInfo* getFaceROI() override;
+    FLOAT getCurrentFPS() override;
+    BOOL getAreFlashLowStatsSaved() override;
+    const AECAlgoSensorInfo* getSensorInfo() override;
+    const AECAlgoDiagConfig* getDiagTestConfig() override;
+    const StatsGyroInfo* getGyroInfo() override;
+    BOOL getDRCEnable() override;
+    FLOAT getCompensationRatio() override;
+    BOOL getHDR3Enable() override;
+    FLOAT getRealDRCGainHDR3() override;
+    const AECAlgoStartupIndices* getStartUpExpIndex() override;
+    UINT8 getPipelineDelay() override;
+    AECAlgoMultiCamMeteringType getMeteringType() override;
+    AECAlgoMultiCamExposureType getExposureType() override;
+    const StatsCameraInfo* getCameraInfo() override;
+    const AECMultiCamInfo* getPeerInfo() override;
+    AECMultiCamInfo* getMyOwnInfo() override;
+    const StatsBayerGridBayerExposureConfig* getBGBEConfig() override;
+    const StatsBayerHistogramConfig* getBayerHistConfig() override;
+    FLOAT getDynamicConvergenceSpeed() override;
+    UINT32 getFlashMeasSwitchCounter() override;
+    AECDualcamCalibrationInfo getDCCalibrationInfo() override;
+    AECAlgoHDRType getMultiExposureSensorMode() override;
+    const AECDCGConfig* getDCGMode() override;
+    UINT32 getConvFrameSkipCounter() override;
+    INT32 getPostRawGain() override;
+    UINT32 getPostRawCounter() override;
+    const AECCustomMeteringTable& getCustomMeteringTable() override;
+    const AECCustomExposureTableInfo* getCustomExposureTableInfo() override;
+    aecArbitration::ExposureTableType* getExposureTableFromTableID(
+        aecglobalelements::ExposureTableIDType tableID) override;
+    AECIRLedState getIRState() override;
+    FLOAT getManualIRIntensity() override;
+    UINT32 getIRCutSystemLatency() override;
+    UINT32 getIRLedSystemLatency() override;
+    FLOAT getPWMFrequency() override;
+    AECWeightingTable* getWeightTable() override;
+
+    // ---- IMeteringCallback ----
+
+    VOID SetAreFlashLowStatsSaved(BOOL areSaved) override;
+    VOID SetEVCapability(INT8 minEV, INT8 maxEV, INT8 stepsPerEV) override;
+    VOID SetRealDRCGain(FLOAT realDRCGain) override;
+
+    // ---- IConvergenceCallback ----
+
+    VOID SetConvFrameSkipCounter(UINT32 counter) override;
+
+    // ---- IArbitrationCallback ----
+
+    VOID setSensitivity(FLOAT sensitivity) override;
+    VOID SetStreamingLimitation(ExposureLimitationType* pLimitation) override;
+    VOID SetSHDRStreamingLimitation(ExposureLimitationType* pLimitations) override;
+    VOID SetCurentFPS(FLOAT FPS) override;
+    VOID SetExpTableIdxOffsets(FLOAT* pStreamOffsets, FLOAT* pStillOffsets) override;
+    VOID SetStreamingMinExpIndexForATB(FLOAT minExpIndex) override;
+
+    // ---- IIrisCtrlCallback ----
+
+    VOID IrisCtrlCallbackPlaceholder(BOOL placeholder) override;
+
+    // ---- IExtensionCallback ----
+
+    VOID SetFlashMeasurementIndex(INT32 index) override;
+    VOID SetMaxFlashCurrent(UINT32 maxCurrent) override;
+
+private:
+    // Unit tests set state that no set parameter reaches in this configuration (metering and exposure kinds).
+    friend class CAECCoreTestPeer;
+
+    // Keeps what a streaming-type mode leaves behind, then forgets the mode's start configuration and history.
+    VOID saveAndClearCurrentModeInfo();
+    VOID initializeHistoryInfo();
+    VOID clearROIInfo();
+    // Statistics configuration without tuning. Later stage: the configuration from the statistics tuning.
+    VOID InitStatsConfig();
+    // Maps the tuned metering and exposure kinds of the camera's role. Later stage: needs the extension tuning.
+    BOOL MapTuningToMtrExpConfig(const StatsCameraInfo& cameraInfo);
+    // Arms the flash measurement frame counter on entering the flash measurement mode.
+    VOID armFlashMeasSwitchCounter();
+
+    std::list<IAECComponent*>   m_componentList;
+    // Later stage: the tuning data adapter (m_tuningManager) and its CoreModuleTuningData take this place.
+    AECCoreTuningViews          m_tuningViews;
+    AECTuningMode               currentTuningMode[AECTuningModeCount];
+    AECAlgoOperationModeType    m_opMode;
+    AECAlgoMeteringModeType     m_mtrMode;
+    EVContext                   m_contextEV;
+    StatisticsAntibanding       m_flickerComp;
+    AECAlgoManualSetting        m_manualSetting;
+    FLOAT                       m_minFPS;
+    FLOAT                       m_maxFPS;
+    AECAlgoLEDModeType          m_LEDMode;
+    AECAlgoFlashMeasKindType    m_flashMeasState;
+    UINT32                      m_flashMeasIndex;
+    AECAlgoWhiteBalanceState    m_AWBState;
+    AECAlgoOverrideSettingParam m_OverrideSetting;
+    BOOL                        m_LEDCalibrationEnable;
+    BOOL                        m_debugDataEnable;
+    INT32                       m_flashMaxCurrent;
+    ModArbitrationContext       m_arbitrationContext;
+    AECAlgoDiagConfig           m_diagConfig;
+    StatsGyroInfo               m_gyroInfo;
+    AECAlgoStartupIndices       m_startUpExpIndice;
+    UINT32                      m_flashMeasSwitchCounter;
+    UINT32                      m_convFrameSkipCounter;
+    UINT32                      m_postRawCounter;
+    AECAlgoMultiCamMeteringType m_meteringType;
+    AECAlgoMultiCamExposureType m_exposureType;
+    const AECMultiCamInfo*      m_pPeerInfo;
+    AECMultiCamInfo             m_myOwnInfo;
+    StatsCameraInfo             m_cameraInfo;
+    TouchROIProcInfo            m_touchROIs;
+    FaceROIProcInfo             m_faceROIs;
+    BOOL                        m_areFlashLowStatsSaved;
+    AECAlgoSensorInfo           m_sensorInfo;
+    AECCurrentModeInfo          m_curModeInfo;
+    AECModeHistory              m_prevMode;
+    UINT8                       m_systemLatency;
+    // Later stage: the debug data writer (m_pDebugDataWriter) comes with the debug data format.
+    AECDebugData                m_debugData;
+    AECLockContext              m_lockContext;
+    AECDualcamCalibrationInfo   m_dualcamCalibrationInfo;
+    AECAlgoHDRType              m_MultiExpSensorMode;
+    AECDCGConfig                m_dcgMode;
+    // Later stage: m_customExposureTableInfo comes with the generated exposure table record.
+    HDR3ExposureType            m_HDR3Type;
+    FLOAT                       m_DRCGainHDR3;
+    StatsRectangle              m_cropWindow;
+    StatsBayerGridBayerExposureConfig m_BGBEConfig;
+    StatsBayerHistogramConfig   m_BayerHistConfig;
+    FLOAT                       m_dynamicConvergenceSpeed;
+    AECCustomMeteringTable      m_CustomMeteringTable;
+    UINT32                      m_BGBESatThresholds[4];
+    INT32                       m_postRawGain;
+    BOOL                        m_disableADRC;
+    FLOAT                       m_realDRCGain;
+    BOOL                        m_enableInSensorHDRSnapshot;
+    BOOL                        m_isMultiExpSensorMode;
+    AECIRLedState               m_IRLedState;
+    FLOAT                       m_ManualIRIntensity;
+    UINT32                      m_IRCutSystemLatency;
+    UINT32                      m_IRLedSystemLatency;
+    FLOAT                       m_PWMFrequency;
+    FLOAT                       m_compensationRatio;
+    AECWeightingTable           m_weightTable;
+};
+
+#endif // AEC_CORE_BASE_CAECCOREDATAMANAGER_H

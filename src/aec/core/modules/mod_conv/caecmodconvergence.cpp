@@ -1,0 +1,29 @@
+// Convergence module stand-in: exposure stepping and settle decisions are not computed until the convergence stage lands.
+#include "aec/core/modules/mod_conv/caecmodconvergence.h"
+
+CAECModConvergence::CAECModConvergence(IAECContext* pContext, IConvergenceCallback* /*pCallback*/)
+{
+    m_aecContext = pContext;
+}
+
+AecResult CAECModConvergence::ConvergeFrameExposure(const ConvergenceInput* pInput, ConvergenceOutput* pOutput)
+{
+    for (UINT32 i = 0; i < AECAlgoExposureCount; i++)
+    {
+        pOutput->convExpSets[i].expIndex = pInput->pTargetIndices[i];
+    }
+    // Unity gains are the neutral values every reader of the predictive fields expects.
+    pOutput->predictiveGain = 1.0F;
+    pOutput->predictiveADRC = 1.0F;
+    return AecSuccess;
+}
+
+AecResult CAECModConvergence::GetStartExposureIndices(FLOAT* pIndices, FLOAT* pLuxIndex, BOOL /*refuseFastStart*/)
+{
+    for (UINT32 i = 0; i < AECAlgoExposureCount; i++)
+    {
+        pIndices[i] = 0.0F;
+    }
+    *pLuxIndex = 0.0F;
+    return AecSuccess;
+}
