@@ -17,5 +17,7 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/aecoreConfigVersion.cmake
 install(FILES ${PROJECT_BINARY_DIR}/aecoreConfig.cmake ${PROJECT_BINARY_DIR}/aecoreConfigVersion.cmake
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/aecore)
 
+# The pkg-config file finds its prefix relative to itself, so an installed tree can be moved.
+file(RELATIVE_PATH AECORE_PC_TO_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/aecore.pc.in ${PROJECT_BINARY_DIR}/aecore.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/aecore.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
