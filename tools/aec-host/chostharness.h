@@ -60,6 +60,7 @@ public:
     KDKResult QueryStartExposure(LYRAECAlgorithm* pAlgo, HostFrameResult* pResult);
 
     // Feeds one frame of a uniform grey scene at the given 8-bit level and walks the whole output list.
+    // Calls go straight through the instance table, so a harness on another thread needs no Load().
     KDKResult ProcessFrame(LYRAECAlgorithm* pAlgo, const HostSensorConfig& sensor, UINT64 frameId, FLOAT greyLevel,
                            HostFrameResult* pResult);
 
