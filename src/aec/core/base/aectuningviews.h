@@ -27,6 +27,22 @@ struct MeteringTuningDataType
     const aecShdr::ShdrMeteringType* pShdr;
 };
 
+namespace aecSnapshotCtrl
+{
+// Snapshot control tuning of arbitration.
+struct SnapshotCtrlArbitrationType
+{
+    FLOAT bracketingAdjForEVNeg2; // share of an AE bracketing step kept at -2 EV and beyond
+    FLOAT bracketingAdjForEVPos2; // share of an AE bracketing step kept at +2 EV and beyond
+};
+} // namespace aecSnapshotCtrl
+
+// The arbitration module's view of the tuning.
+struct ArbitrationTuningDataType
+{
+    const aecSnapshotCtrl::SnapshotCtrlArbitrationType* pSnapshotCtrl;
+};
+
 // The per-module tuning views the state store hands out; null until tuning is set.
 struct AECCoreTuningViews
 {

@@ -149,21 +149,7 @@ CAECCore::~CAECCore()
     AECDestroyObject(m_pDataManager);
 
     // The iris tables are the core's deep copy of the lens driver's tables, made with malloc.
-    LDMIrisTableData& rTable = m_LDMpirisTblParam;
-    std::free(rTable.zoomTable);
-    for (UINT32 row = 0; row < rTable.irisTableZoomSize; row++)
-    {
-        if (nullptr != rTable.irisFnTable)
-        {
-            std::free(rTable.irisFnTable[row]);
-        }
-        if (nullptr != rTable.irisStepTable)
-        {
-            std::free(rTable.irisStepTable[row]);
-        }
-    }
-    std::free(rTable.irisFnTable);
-    std::free(rTable.irisStepTable);
+    releaseIrisTable(m_LDMpirisTblParam);
 }
 
 BOOL CAECCore::isConstructed() const

@@ -41,6 +41,14 @@ private:
     // FALSE when the allocator failed for the state store or a module; such a core refuses every call.
     BOOL isConstructed() const;
 
+    // Set parameters that the core handles itself, beyond storing them.
+    VOID applyStartUpSensitivity(const AECAlgoStartupSensitivity& startUpData);
+    VOID applyPeerInfo(const StatsPeerInfoCombo& peerInfoCombo);
+    // Takes the lens capabilities, the first motor configuration and a deep copy of the first iris table.
+    VOID LDMInputProcessing(const LDMSetAECInputMotorInfo& motorInfo);
+    // Frees a deep copy of an iris table made by LDMInputProcessing and zeroes the record.
+    static VOID releaseIrisTable(LDMIrisTableData& rTable);
+
     KDKResult preProcessing(const AECCoreInput* pInput);
     VOID      runIR(const AECCoreInput* pInput);
     VOID      runMetering(const AECCoreInput* pInput);
@@ -60,6 +68,13 @@ private:
     VOID      convergenceKPI(BOOL isFrameStart);
 
     KDKResult queryStartExposure(AECFrameControl* pFrameSetting);
+    KDKResult querySnapshotExposure(const AECAlgoSnapshotConfig* pConfig, AECFrameControl* pFrameSetting);
+    // EV and index offset of an AE bracketing capture of EVVal EV steps.
+    VOID      getBracketingEVOffset(INT8 EVVal, FLOAT* pEV, FLOAT* pEVOffset);
+    KDKResult getFlashSnapshotIndices(const AECAlgoSnapshotConfig* pConfig, FLOAT EVOffset, FLOAT* pExpIndices,
+                                      AECFrameControl* pFrameSetting);
+    KDKResult getNormalSnapshotIndices(const AECAlgoSnapshotConfig* pConfig, FLOAT EVOffset, FLOAT* pExpIndices,
+                                       AECFrameControl* pFrameSetting);
 
     IAECIR*                    m_pIR;
     IAECMetering*              m_pMetering;

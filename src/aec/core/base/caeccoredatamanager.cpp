@@ -1,6 +1,7 @@
 // The per-camera state store of the core: settings, tuning views, frame history, ROIs and multi-camera exchange.
 #include "aec/core/base/caeccoredatamanager.h"
 
+#include <cmath>
 #include <cstring>
 #include <iterator>
 
@@ -14,6 +15,19 @@ constexpr UINT32 DefaultChannelGainThreshold = 15296;
 constexpr UINT32 DefaultGridColumns          = 64;
 constexpr UINT32 DefaultGridRows             = 48;
 constexpr UINT8  DefaultGridBitDepth         = 14;
+
+// Index units of a linear ratio: index delta = log10(ratio) x this.
+constexpr DOUBLE AECIndexPerLog10 = 77.89852905273438;
+// Below this two exposure values or speeds count as equal.
+constexpr FLOAT AECFloatEpsilon = 1e-7F;
+
+// One of the host's tuning mode selectors as the parameter store lays it out: the mode, then the sub-mode,
+// 32 bits each. Later stage: the parameter store's own TuningMode record replaces this view.
+struct AECTuningModeSelector
+{
+    UINT32 mode;
+    UINT32 subMode;
+};
 
 // Operation modes whose last frame the next mode may start from.
 BOOL IsStreamingTypeMode(AECAlgoOperationModeType mode)
@@ -67,6 +81,7 @@ CAECCoreDataManager::CAECCoreDataManager()
     , m_dualcamCalibrationInfo()
     , m_MultiExpSensorMode(HDRDisabled)
     , m_dcgMode()
+    , m_customExposureTable()
     , m_HDR3Type(HDR3ExposureTypeUnknown)
     , m_DRCGainHDR3(0.0F)
     , m_cropWindow()
@@ -606,6 +621,584 @@ VOID CAECCoreDataManager::setPeerInfo(const AECMultiCamInfo* pPeerInfo)
 VOID CAECCoreDataManager::setTuningViews(const AECCoreTuningViews& views)
 {
     m_tuningViews = views;
+}
+
+BOOL CAECCoreDataManager::isTuningModeChange(const StatsTuningData* pTuning)
+{
+    if (nullptr == pTuning)
+    {
+        return FALSE;
+    }
+    // A shorter or missing selector list cannot be compared with the seven kept: reading on would overrun it.
+    if ((nullptr == pTuning->pTuningModeSelectors) || (pTuning->numSelectors < AECTuningModeCount))
+    {
+        AEC_LOG_ERROR("Tuning mode selectors refused: %p with %u of %u selectors", pTuning->pTuningModeSelectors,
+                      pTuning->numSelectors, AECTuningModeCount);
+        return FALSE;
+    }
+
+    // The first selector names the mode, the others the sub-modes of their mode; the low byte tells them apart.
+    const AECTuningModeSelector* pSelectors = static_cast<const AECTuningModeSelector*>(pTuning->pTuningModeSelectors);
+    AECTuningMode                selected[AECTuningModeCount];
+    for (UINT32 i = 0; i < AECTuningModeCount; i++)
+    {
+        selected[i] = static_cast<AECTuningMode>(((0 == i) ? pSelectors[i].mode : pSelectors[i].subMode) & 0xFF);
+    }
+
+    const BOOL isChanged = (0 != std::memcmp(selected, currentTuningMode, sizeof(currentTuningMode))) ? TRUE : FALSE;
+    if (TRUE == isChanged)
+    {
+        std::memcpy(currentTuningMode, selected, sizeof(currentTuningMode));
+    }
+    AEC_LOG_INFO("is tuning changed:%d", isChanged);
+    return isChanged;
+}
+
+AecResult CAECCoreDataManager::setSorenta(const StatsTuningData* /*pTuning*/, IAECArbitration* pArbitration)
+{
+    // Later stage: the tuning data adapter fetches the modules of the selected modes from the parameter store,
+    // the ROI priority tuning goes to the face regions and the histogram uniformity follows the statistics
+    // tuning. Until then the views set through setTuningViews stay in force.
+    InitStatsConfig();
+    AEC_LOG_INFO("histogram uniformity configured to %d", m_BayerHistConfig.uniform);
+
+    const AecResult result = notifyComponents(&IAECComponent::OnTuningHeaderChange);
+    if (AecSuccess != result)
+    {
+        return result;
+    }
+
+    if (TRUE == m_prevMode.isValid)
+    {
+        rederivePrevModeIndices(pArbitration);
+    }
+    if (TRUE == m_curModeInfo.isStartConfigSaved)
+    {
+        rebaseTableSensitivity(m_curModeInfo.startConfig);
+        for (AECFrameHistory& rEntry : m_curModeInfo.frameHistories)
+        {
+            rebaseTableSensitivity(rEntry);
+        }
+    }
+    return AecSuccess;
+}
+
+VOID CAECCoreDataManager::rederivePrevModeIndices(IAECArbitration* pArbitration)
+{
+    if (nullptr == pArbitration)
+    {
+        AEC_LOG_ERROR("No arbitration to re-derive the previous mode's indices with");
+        return;
+    }
+    AECFrameHistory&       rLast = m_prevMode.lastFrame;
+    const AECFrameHistory& rOrig = m_prevMode.lastFrameOrig;
+    if (AecSuccess != pArbitration->QuerySensitivity2ExpIndex(rOrig.sensitivities, getOperationMode(), rLast.expIndices))
+    {
+        AEC_LOG_ERROR("Previous mode's indices not re-derived: the sensitivity query failed");
+        return;
+    }
+    // The scene stays where it was: the lux index moves with the safe exposure's index.
+    rLast.luxIndex = rOrig.luxIndex - (rOrig.expIndices[AECAlgoExposureSafe] - rLast.expIndices[AECAlgoExposureSafe]);
+    for (UINT32 i = 0; i < AECAlgoExposureCount; i++)
+    {
+        AEC_LOG_INFO("EI:%d, Prev:%0.1f New:%0.1f", i, rOrig.expIndices[i], rLast.expIndices[i]);
+    }
+    AEC_LOG_INFO("Lux Prev:%0.1f New:%0.1f", rOrig.luxIndex, rLast.luxIndex);
+}
+
+VOID CAECCoreDataManager::rebaseTableSensitivity(AECFrameHistory& rHistory)
+{
+    const FLOAT frameSI   = rHistory.tableSensitivity;
+    const FLOAT currentSI = m_arbitrationContext.streamingExpTblSens;
+    if ((frameSI <= 0.0F) || (currentSI <= 0.0F) || (std::fabs(frameSI - currentSI) < AECFloatEpsilon))
+    {
+        return;
+    }
+    const FLOAT offset = static_cast<FLOAT>(std::log10(static_cast<DOUBLE>(frameSI / currentSI)) * AECIndexPerLog10);
+    for (UINT32 i = 0; i < AECAlgoExposureCount; i++)
+    {
+        rHistory.expIndices[i] += offset;
+        rHistory.expIndicesTargets[i] += offset;
+    }
+    // Later stage: the metering tuning's lux index mode 1 keeps the lux index; without tuning it moves along.
+    rHistory.luxIndex += offset;
+    rHistory.tableSensitivity = currentSI;
+    AEC_LOG_INFO("table sensitivity has changed: adding offset %.1f curr SI %.1f frame SI %.1f", offset, currentSI,
+                 frameSI);
+}
+
+AecResult CAECCoreDataManager::setMeteringMode(AECAlgoMeteringModeType mode)
+{
+    if (mode == m_mtrMode)
+    {
+        return AecSuccess;
+    }
+    m_mtrMode = mode;
+    return notifyComponents(&IAECComponent::OnMeteringModeChange);
+}
+
+AecResult CAECCoreDataManager::setEVVal(INT32 EVVal)
+{
+    const AECAlgoEVCapabilities& rCaps = m_contextEV.capabilities;
+    if (0 == rCaps.stepsPerEV)
+    {
+        AEC_LOG_ERROR("ERROR: EV capabilities are not populated!");
+        return AecError;
+    }
+    if (EVVal == m_contextEV.EVUIVal)
+    {
+        return AecSuccess;
+    }
+
+    m_contextEV.EVUIVal = EVVal;
+    FLOAT EV            = static_cast<FLOAT>(EVVal) / static_cast<FLOAT>(rCaps.stepsPerEV);
+    if ((EV < rCaps.minEV) || (EV > rCaps.maxEV))
+    {
+        AEC_LOG_WARN("Set EV value (%f) exceed max supported range (%d, %d)!", EV, rCaps.minEV, rCaps.maxEV);
+        EV = (EV < rCaps.minEV) ? static_cast<FLOAT>(rCaps.minEV) : static_cast<FLOAT>(rCaps.maxEV);
+    }
+    m_contextEV.EV           = EV;
+    m_debugData.configInfo.EV = EV;
+    return notifyComponents(&IAECComponent::OnExposureCompChange);
+}
+
+AecResult CAECCoreDataManager::setFlickerCompMode(StatisticsAntibanding flickerComp)
+{
+    if (TRUE == getIsAECLocked())
+    {
+        // Changing the anti-banding now would move a locked exposure; the unlock applies it.
+        m_lockContext.atb = flickerComp;
+        return AecSuccess;
+    }
+    if (flickerComp == m_flickerComp)
+    {
+        return AecSuccess;
+    }
+    m_flickerComp = flickerComp;
+    return notifyComponents(&IAECComponent::OnFlickerCompModeChange);
+}
+
+AecResult CAECCoreDataManager::setAECLockSetting(AECAlgoLockType lockState)
+{
+    if (AECAlgoOperationModeStreaming != m_opMode)
+    {
+        AEC_LOG_WARN("Warning: Cannot Lock AEC during OpMode %d", m_opMode);
+        return AecError;
+    }
+    if (lockState == m_lockContext.lockState)
+    {
+        return AecSuccess;
+    }
+
+    m_lockContext.lockState = lockState;
+    if (AECAlgoLockOn == lockState)
+    {
+        m_lockContext.atb = m_flickerComp;
+    }
+    else
+    {
+        // Unlocked already, so that an anti-banding mode requested during the lock takes effect now.
+        setFlickerCompMode(m_lockContext.atb);
+    }
+    AEC_LOG_INFO("AEC Lock set to %d", lockState);
+    return notifyComponents(&IAECComponent::OnAECLockChange);
+}
+
+AecResult CAECCoreDataManager::setManualSetting(const AECAlgoManualSetting& manualSetting)
+{
+    const UINT64 minExpTime = m_sensorInfo.minimumStreamExpTime;
+    const UINT64 maxExpTime = m_sensorInfo.maximumStreamExpTime;
+    const AECAlgoModeType mode = manualSetting.manualMode;
+    const BOOL isExpTimeMode = (AECAlgoModeManualExpTime == mode) || (AECAlgoModeManualFull == mode) ||
+                               ((mode >= AECAlgoModePASMExpTime) && (mode <= AECAlgoModePASMFullManual));
+    // Out-of-range times are only reported: arbitration clamps them to the sensor's limits.
+    if ((TRUE == isExpTimeMode) &&
+        ((manualSetting.exposureTime < minExpTime) || (manualSetting.exposureTime > maxExpTime)))
+    {
+        AEC_LOG_WARN("Warning: Manual Exposure time exceeded sensor Capabilities");
+    }
+    if ((AECAlgoModePirisMaxExpPriority == mode) &&
+        ((manualSetting.prioMaxExpTime < minExpTime) || (manualSetting.prioMaxExpTime > maxExpTime)))
+    {
+        AEC_LOG_WARN("Warning: Manual Priority Max Exposure time exceeded sensor Capabilities");
+    }
+
+    if (FALSE == isManualSettingChanged(manualSetting))
+    {
+        return AecSuccess;
+    }
+    m_manualSetting = manualSetting;
+    return notifyComponents(&IAECComponent::OnManualSettingChange);
+}
+
+BOOL CAECCoreDataManager::isManualSettingChanged(const AECAlgoManualSetting& manualSetting) const
+{
+    const BOOL isSame = (manualSetting.manualMode == m_manualSetting.manualMode) &&
+                        (manualSetting.ISOValue == m_manualSetting.ISOValue) &&
+                        (manualSetting.exposureTime == m_manualSetting.exposureTime) &&
+                        (manualSetting.gain == m_manualSetting.gain) &&
+                        (manualSetting.fnumber == m_manualSetting.fnumber) &&
+                        (manualSetting.prioMaxExpTime == m_manualSetting.prioMaxExpTime);
+    return (TRUE == isSame) ? FALSE : TRUE;
+}
+
+AecResult CAECCoreDataManager::setFPSRange(const AECAlgoFPSRange& FPSRange)
+{
+    if ((FPSRange.minimumFPS == m_minFPS) && (FPSRange.maximumFPS == m_maxFPS))
+    {
+        return AecSuccess;
+    }
+    m_minFPS = FPSRange.minimumFPS;
+    m_maxFPS = FPSRange.maximumFPS;
+    return notifyComponents(&IAECComponent::OnFPSChange);
+}
+
+AecResult CAECCoreDataManager::setLEDMode(AECAlgoLEDModeType LEDMode)
+{
+    if (LEDMode == m_LEDMode)
+    {
+        return AecSuccess;
+    }
+    m_LEDMode = LEDMode;
+    return notifyComponents(&IAECComponent::OnLEDModeChange);
+}
+
+AecResult CAECCoreDataManager::setTouchROI(const AECAlgoROIList& touchROI)
+{
+    // A count without regions would be read from nowhere: the list is refused as a whole.
+    if ((0 != touchROI.ROICount) && (nullptr == touchROI.ROIs))
+    {
+        AEC_LOG_ERROR("Touch ROI list refused: %u ROIs without a region array", touchROI.ROICount);
+        return AecError;
+    }
+
+    AecResult result = AecSuccess;
+    UINT32    count  = touchROI.ROICount;
+    if (count > AECMaxTouchROIs)
+    {
+        AEC_LOG_WARN("Too many touch ROIs (%d) than AEC can handle (%d)!", count, AECMaxTouchROIs);
+        count  = AECMaxTouchROIs;
+        result = AecError;
+    }
+
+    m_touchROIs.ROICount = count;
+    for (UINT32 i = 0; i < count; i++)
+    {
+        AECAlgoROI roi = touchROI.ROIs[i];
+        // NaN passes every comparison below unrepaired and would reach the grid as an index.
+        if (std::isnan(roi.x) || std::isnan(roi.y) || std::isnan(roi.dx) || std::isnan(roi.dy))
+        {
+            AEC_LOG_WARN("Touch ROI %u is not a number; taken as empty", i);
+            roi.x  = 0.0F;
+            roi.y  = 0.0F;
+            roi.dx = 0.0F;
+            roi.dy = 0.0F;
+        }
+        if (roi.x > 1.0F)
+        {
+            AEC_LOG_WARN("x coord %.1f rounding to 1", roi.x);
+            roi.x = 1.0F;
+        }
+        else if (roi.x < 0.0F)
+        {
+            AEC_LOG_WARN("x coord %.1f rounding to 0", roi.x);
+            roi.x = 0.0F;
+        }
+        if (roi.y > 1.0F)
+        {
+            AEC_LOG_WARN("y coord %.1f rounding to 1", roi.y);
+            roi.y = 1.0F;
+        }
+        else if (roi.y < 0.0F)
+        {
+            AEC_LOG_WARN("y coord %.1f rounding to 0", roi.y);
+            roi.y = 0.0F;
+        }
+        if ((roi.x + roi.dx) > 1.0F)
+        {
+            AEC_LOG_WARN("x %.1f + dx %.1f rounding to 1", roi.x, roi.dx);
+            roi.dx = 1.0F - roi.x;
+        }
+        if ((roi.y + roi.dy) > 1.0F)
+        {
+            AEC_LOG_WARN("y %.1f + dy %.1f rounding to 1", roi.y, roi.dy);
+            roi.dy = 1.0F - roi.y;
+        }
+        if (roi.dx < 0.0F)
+        {
+            AEC_LOG_WARN("dx %.1f cap to 0", roi.dx);
+            roi.dx = 0.0F;
+        }
+        if (roi.dy < 0.0F)
+        {
+            AEC_LOG_WARN("dy %.1f cap to 0", roi.dy);
+            roi.dy = 0.0F;
+        }
+        m_touchROIs.ROIs[i] = roi;
+    }
+
+    const AecResult eventResult = notifyComponents(&IAECComponent::OnTouchROIChange);
+    return (AecSuccess == result) ? eventResult : result;
+}
+
+AecResult CAECCoreDataManager::setFaceROI(const UnstabilizedROIInformation& faceROI)
+{
+    m_faceROIs.inputROIPriority.UpdateROIData(&faceROI);
+    return notifyComponents(&IAECComponent::OnFaceROIChange);
+}
+
+VOID CAECCoreDataManager::setGyro(const StatsGyroInfo& gyro)
+{
+    m_gyroInfo = gyro;
+}
+
+AecResult CAECCoreDataManager::setDiagTestConfig(const AECAlgoDiagConfig* pDiagConfig)
+{
+    // Sweeps run on a streaming pipeline only.
+    if ((nullptr == pDiagConfig) || (AECAlgoOperationModeStreaming != m_opMode))
+    {
+        return AecError;
+    }
+
+    BOOL isChanged = FALSE;
+    if (TRUE == m_diagConfig.enable)
+    {
+        for (UINT32 i = 0; i < AECAlgoTestCaseCount; i++)
+        {
+            isChanged = (pDiagConfig->testCaseEnable[i] != m_diagConfig.testCaseEnable[i]) ? TRUE : isChanged;
+        }
+    }
+    else
+    {
+        isChanged = (pDiagConfig->enable != m_diagConfig.enable) ? TRUE : FALSE;
+    }
+    if (FALSE == isChanged)
+    {
+        return AecSuccess;
+    }
+    m_diagConfig = *pDiagConfig;
+    return notifyComponents(&IAECComponent::OnDiagTestConfigChange);
+}
+
+VOID CAECCoreDataManager::setStartUpExpIndex(const AECAlgoStartupIndices& startUpExpIndex)
+{
+    if (AECAlgoOperationModeStreaming != m_opMode)
+    {
+        AEC_LOG_WARN("Start-up exposure set in op mode %d: it serves the next start query of streaming", m_opMode);
+    }
+    m_startUpExpIndice = startUpExpIndex;
+}
+
+AecResult CAECCoreDataManager::setDCCalibrationInfo(const AECAlgoDCCalibrationInfo& calibrationInfo)
+{
+    if (AECAlgoDualcamOTPSet == m_dualcamCalibrationInfo.OTPStatus)
+    {
+        AEC_LOG_INFO("OTP data already set, skip update");
+        return AecSuccess;
+    }
+    const AECAlgoRelativeDCCalibrationInfo& rRelative = calibrationInfo.relative;
+    if ((rRelative.brightnessRatio <= 0.0F) || (rRelative.slaveGain <= 0.0F) || (rRelative.slaveTimeUnit <= 0.0F) ||
+        (rRelative.masterGain <= 0.0F) || (rRelative.masterTimeUnit <= 0.0F))
+    {
+        AEC_LOG_ERROR("Incorrect OTP data");
+        return AecError;
+    }
+    m_dualcamCalibrationInfo.OTPExpCompMultiplier =
+        (rRelative.slaveGain * rRelative.slaveTimeUnit) /
+        (rRelative.masterGain * rRelative.masterTimeUnit * rRelative.brightnessRatio);
+    m_dualcamCalibrationInfo.OTPStatus = AECAlgoDualcamOTPSet;
+    AEC_LOG_INFO("AEC-OTP calibrated compensation multiplier:%f", m_dualcamCalibrationInfo.OTPExpCompMultiplier);
+    return AecSuccess;
+}
+
+AecResult CAECCoreDataManager::setMultiExposureSensorMode(AECAlgoHDRType multiExposureSensorMode)
+{
+    m_MultiExpSensorMode = multiExposureSensorMode;
+    return notifyComponents(&IAECComponent::OnMultiExposureSensorModeChange);
+}
+
+AecResult CAECCoreDataManager::setDCGMode(const AECDCGConfig& dcgMode)
+{
+    m_dcgMode = dcgMode;
+    return notifyComponents(&IAECComponent::OnDCGModeChange);
+}
+
+AecResult CAECCoreDataManager::setCustomExposureTable(const AECCustomExposureTable& customExposureTable)
+{
+    if (FALSE == isExposureTableChanged(customExposureTable))
+    {
+        return AecSuccess;
+    }
+    if (1 != customExposureTable.isValid)
+    {
+        m_customExposureTable.isValid = FALSE;
+        AEC_LOG_INFO("Custom Exposure Table is not Valid, hence changed to Tunning Exposure Tables");
+    }
+    else
+    {
+        // A table that cannot be used leaves the one in force.
+        if (AecSuccess != ValidateExposureTable(customExposureTable))
+        {
+            return AecSuccess;
+        }
+        // Later stage: the knees go into the generated exposure table record, with indices derived from the
+        // knees' exposure products; the host's own indices are not used.
+        m_customExposureTable = customExposureTable;
+        AEC_LOG_INFO("Custom Exposure Table is Valid, hence set and stored in data manager");
+    }
+
+    const AecResult result = notifyComponents(&IAECComponent::OnCustomExposureTableChange);
+    if (TRUE == m_curModeInfo.isStartConfigSaved)
+    {
+        rebaseTableSensitivity(m_curModeInfo.startConfig);
+        for (AECFrameHistory& rEntry : m_curModeInfo.frameHistories)
+        {
+            rebaseTableSensitivity(rEntry);
+        }
+    }
+    return result;
+}
+
+BOOL CAECCoreDataManager::isExposureTableChanged(const AECCustomExposureTable& customExposureTable) const
+{
+    const AECCustomExposureTable& rStored = m_customExposureTable;
+    if ((1 == customExposureTable.isValid) != (1 == rStored.isValid))
+    {
+        return TRUE;
+    }
+    // Two invalid tables both mean the tuned tables, whatever they carry.
+    if (1 != customExposureTable.isValid)
+    {
+        return FALSE;
+    }
+    if ((customExposureTable.kneeCount != rStored.kneeCount) ||
+        (customExposureTable.sensitivityCorrectionFactor != rStored.sensitivityCorrectionFactor) ||
+        (customExposureTable.antiBandingMinimumTimePercentageThreshold !=
+         rStored.antiBandingMinimumTimePercentageThreshold))
+    {
+        return TRUE;
+    }
+    // The count is the host's: only the knees the record holds are compared.
+    const UINT32 kneeCount = (customExposureTable.kneeCount < AECORE_CUSTOM_EXPOSURE_TABLE_KNEES)
+                                 ? customExposureTable.kneeCount
+                                 : AECORE_CUSTOM_EXPOSURE_TABLE_KNEES;
+    for (UINT32 knee = 0; knee < kneeCount; knee++)
+    {
+        if ((customExposureTable.expTime[knee] != rStored.expTime[knee]) ||
+            (customExposureTable.gain[knee] != rStored.gain[knee]) ||
+            (customExposureTable.incrementPriority[knee] != rStored.incrementPriority[knee]))
+        {
+            return TRUE;
+        }
+    }
+    return FALSE;
+}
+
+AecResult CAECCoreDataManager::ValidateExposureTable(const AECCustomExposureTable& customExposureTable) const
+{
+    const UINT32 kneeCount = customExposureTable.kneeCount;
+    if ((kneeCount < 2) || (kneeCount >= AECORE_CUSTOM_EXPOSURE_TABLE_KNEES))
+    {
+        AEC_LOG_ERROR("Invalid Custom Exposure Table Size, Size = %d, Min = 2, Max Size = %d", kneeCount,
+                      AECORE_CUSTOM_EXPOSURE_TABLE_KNEES);
+        return AecError;
+    }
+    if (customExposureTable.sensitivityCorrectionFactor < 0.0F)
+    {
+        AEC_LOG_ERROR("Invalid Sensitivity Correction Factor: %f", customExposureTable.sensitivityCorrectionFactor);
+        return AecError;
+    }
+    if (customExposureTable.antiBandingMinimumTimePercentageThreshold < 0.0F)
+    {
+        AEC_LOG_ERROR("Invalid anti-Banding Minimum Time Percentage Threshold: %f",
+                      customExposureTable.antiBandingMinimumTimePercentageThreshold);
+        return AecError;
+    }
+    for (UINT32 knee = 0; knee < kneeCount; knee++)
+    {
+        if (customExposureTable.gain[knee] < 1.0F)
+        {
+            AEC_LOG_ERROR("Index:%d, EI: %f, Invalid Gain: %f", knee, customExposureTable.expIndex[knee],
+                          customExposureTable.gain[knee]);
+            return AecError;
+        }
+        if (0 == customExposureTable.expTime[knee])
+        {
+            AEC_LOG_ERROR("Index:%d, EI: %f, Invalid ET: %f", knee, customExposureTable.expIndex[knee],
+                          static_cast<DOUBLE>(customExposureTable.expTime[knee]));
+            return AecError;
+        }
+    }
+    return AecSuccess;
+}
+
+AecResult CAECCoreDataManager::setCustomMeteringTable(const AECCustomMeteringTable& customMeteringTable)
+{
+    if (AECAlgoMeteringModeCustom == m_mtrMode)
+    {
+        if (AECORE_CUSTOM_METERING_TABLE_SIZE == customMeteringTable.meteringTableSize)
+        {
+            m_CustomMeteringTable = customMeteringTable;
+        }
+        else
+        {
+            AEC_LOG_ERROR("Invalid Custom Metering Table Size : %f",
+                          static_cast<DOUBLE>(customMeteringTable.meteringTableSize));
+        }
+    }
+    // Metering re-reads its weights in any case.
+    return notifyComponents(&IAECComponent::OnCustomMeteringTableChange);
+}
+
+AecResult CAECCoreDataManager::setConvergenceSpeed(FLOAT convergenceSpeed)
+{
+    if (std::fabs(convergenceSpeed - m_dynamicConvergenceSpeed) < AECFloatEpsilon)
+    {
+        return AecSuccess;
+    }
+    if (std::fabs(convergenceSpeed) < AECFloatEpsilon)
+    {
+        m_dynamicConvergenceSpeed = convergenceSpeed;
+        AEC_LOG_INFO("Reset AEC convergence speed with tuning value");
+        return notifyComponents(&IAECComponent::OnDynamicConvergenceSpeedChange);
+    }
+    // Written so that NaN is refused as well.
+    if (!((convergenceSpeed >= 0.0F) && (convergenceSpeed <= 1.0F)))
+    {
+        AEC_LOG_ERROR("Invalid convergence speed %f", convergenceSpeed);
+        return AecError;
+    }
+    m_dynamicConvergenceSpeed = convergenceSpeed;
+    AEC_LOG_INFO("Changed AEC convergence speed to %f", convergenceSpeed);
+    return notifyComponents(&IAECComponent::OnDynamicConvergenceSpeedChange);
+}
+
+AecResult CAECCoreDataManager::setIRLedState(AECIRLedState IRLedState)
+{
+    if (IRLedState == m_IRLedState)
+    {
+        return AecSuccess;
+    }
+    m_IRLedState = IRLedState;
+    return notifyComponents(&IAECComponent::OnIRStateChange);
+}
+
+AecResult CAECCoreDataManager::setIRLedSystemConfig(const AECIRLedSystemConfig& IRLedSystemConfig)
+{
+    m_IRCutSystemLatency = IRLedSystemConfig.IRCutSystemLatency;
+    m_IRLedSystemLatency = IRLedSystemConfig.IRLedSystemLatency;
+    m_PWMFrequency       = IRLedSystemConfig.PWMFrequency;
+    return notifyComponents(&IAECComponent::OnIRSystemConfigChange);
+}
+
+VOID CAECCoreDataManager::setCompensationRatio(FLOAT compensationRatio)
+{
+    m_compensationRatio = compensationRatio;
+}
+
+VOID CAECCoreDataManager::setWeightTable(const AECWeightingTable& weightTable)
+{
+    m_weightTable = weightTable;
 }
 
 // ---- IAECContext ----

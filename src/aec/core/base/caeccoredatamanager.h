@@ -8,6 +8,7 @@
 #include "aec/core/include/aeccorecommon.h"
 #include "aec/core/include/aeccoredata.h"
 #include "aec/core/include/aecdebugdata.h"
+#include "aec/core/include/iaecarbitration.h"
 #include "aec/core/include/iaeccallbacks.h"
 #include "aec/core/include/iaeccomponent.h"
 #include "aec/core/include/iaeccontext.h"
@@ -16,9 +17,9 @@
 // changes through the IAECComponent events; the core drives it through the non-virtual operations.
 //
 // Parts that later stages complete are marked "Later stage" where they stand: the tuning data adapter
-// (tuning views, EV compensation table, saturation rescale, DRC enable), the statistics configuration from
-// tuning, the custom exposure and metering tables, the multi-camera role mapping, face debouncing and the
-// debug data writer.
+// (tuning views, re-reading the tuning on a mode change, EV compensation table, saturation rescale, DRC
+// enable, ROI priority tuning), the statistics configuration from tuning, the custom exposure table's knee
+// record, the multi-camera role mapping, face debouncing and the debug data writer.
 class CAECCoreDataManager final : public IAECContext,
                                   public IMeteringCallback,
                                   public IConvergenceCallback,
@@ -83,6 +84,42 @@ public:
     // Later stage: the tuning data adapter sets the views from the parameter store; until then this is the
     // only way in, and without views the tuning-driven steps of the pipeline are skipped.
     VOID      setTuningViews(const AECCoreTuningViews& views);
+    // TRUE when the host's tuning mode selectors differ from those last seen; then they are taken over.
+    BOOL      isTuningModeChange(const StatsTuningData* pTuning);
+    // Re-reads the tuning after a change of tuning mode and carries the previous mode and the current history
+    // over to the new exposure tables of arbitration.
+    AecResult setSorenta(const StatsTuningData* pTuning, IAECArbitration* pArbitration);
+    AecResult setMeteringMode(AECAlgoMeteringModeType mode);
+    // EVVal counts steps of the EV capabilities.
+    AecResult setEVVal(INT32 EVVal);
+    // While AEC is locked the mode waits in the lock context until the unlock.
+    AecResult setFlickerCompMode(StatisticsAntibanding flickerComp);
+    AecResult setAECLockSetting(AECAlgoLockType lockState);
+    AecResult setManualSetting(const AECAlgoManualSetting& manualSetting);
+    // TRUE when any of the six fields differs from the stored manual setting.
+    BOOL      isManualSettingChanged(const AECAlgoManualSetting& manualSetting) const;
+    AecResult setFPSRange(const AECAlgoFPSRange& FPSRange);
+    AecResult setLEDMode(AECAlgoLEDModeType LEDMode);
+    // Keeps at most AECMaxTouchROIs regions, each repaired to lie within the frame; 1 when some were dropped
+    // or the list is unusable.
+    AecResult setTouchROI(const AECAlgoROIList& touchROI);
+    AecResult setFaceROI(const UnstabilizedROIInformation& faceROI);
+    VOID      setGyro(const StatsGyroInfo& gyro);
+    AecResult setDiagTestConfig(const AECAlgoDiagConfig* pDiagConfig);
+    VOID      setStartUpExpIndex(const AECAlgoStartupIndices& startUpExpIndex);
+    AecResult setDCCalibrationInfo(const AECAlgoDCCalibrationInfo& calibrationInfo);
+    AecResult setMultiExposureSensorMode(AECAlgoHDRType multiExposureSensorMode);
+    AecResult setDCGMode(const AECDCGConfig& dcgMode);
+    // A valid table replaces the tuned exposure tables; an invalid one returns to them.
+    AecResult setCustomExposureTable(const AECCustomExposureTable& customExposureTable);
+    AecResult setCustomMeteringTable(const AECCustomMeteringTable& customMeteringTable);
+    // 0 returns to the tuned speed; otherwise a speed in (0, 1].
+    AecResult setConvergenceSpeed(FLOAT convergenceSpeed);
+    // IR path: reached from no set parameter in this configuration.
+    AecResult setIRLedState(AECIRLedState IRLedState);
+    AecResult setIRLedSystemConfig(const AECIRLedSystemConfig& IRLedSystemConfig);
+    VOID      setCompensationRatio(FLOAT compensationRatio);
+    VOID      setWeightTable(const AECWeightingTable& weightTable);
 
     // ---- IAECContext ----
 
@@ -193,6 +230,12 @@ private:
     BOOL MapTuningToMtrExpConfig(const StatsCameraInfo& cameraInfo);
     // Arms the flash measurement frame counter on entering the flash measurement mode.
     VOID armFlashMeasSwitchCounter();
+    BOOL      isExposureTableChanged(const AECCustomExposureTable& customExposureTable) const;
+    AecResult ValidateExposureTable(const AECCustomExposureTable& customExposureTable) const;
+    // Moves the indices of one history record from the table sensitivity it was taken with to the current one.
+    VOID rebaseTableSensitivity(AECFrameHistory& rHistory);
+    // Re-derives the indices of the previous mode's last frame in the exposure tables now in force.
+    VOID rederivePrevModeIndices(IAECArbitration* pArbitration);
 
     std::list<IAECComponent*>   m_componentList;
     // Later stage: the tuning data adapter (m_tuningManager) and its CoreModuleTuningData take this place.
@@ -238,7 +281,9 @@ private:
     AECDualcamCalibrationInfo   m_dualcamCalibrationInfo;
     AECAlgoHDRType              m_MultiExpSensorMode;
     AECDCGConfig                m_dcgMode;
-    // Later stage: m_customExposureTableInfo comes with the generated exposure table record.
+    // The host's custom exposure table as last taken. Later stage: m_customExposureTableInfo with the knees in
+    // the generated exposure table record replaces it.
+    AECCustomExposureTable      m_customExposureTable;
     HDR3ExposureType            m_HDR3Type;
     FLOAT                       m_DRCGainHDR3;
     StatsRectangle              m_cropWindow;

@@ -1,4 +1,6 @@
-// Queries of the core: the start exposure of a mode and the plain read-outs of the host's get parameters.
+// Queries of the core: the start exposure of a mode, the exposure of a still capture and the plain read-outs.
+#include <algorithm>
+#include <cmath>
 #include <cstring>
 
 #include "aec/core/base/caeccore.h"
@@ -7,6 +9,13 @@
 
 namespace
 {
+
+// Index units of a linear ratio: index delta = log10(ratio) x this.
+constexpr DOUBLE AECIndexPerLog10 = 77.89852905273438;
+// Index units of one EV.
+constexpr FLOAT AECIndexPerEV = 23.449795F;
+// Highest entry of the 49-entry EV compensation table, for the bracketing log.
+constexpr INT32 AECEVCompTableLastIndex = 48;
 
 // Names of AECAlgoGetParamType in value order, for the log; the last entry stands for every larger value.
 const CHAR* const GetParamNames[] = {
@@ -39,6 +48,12 @@ const CHAR* GetParamName(AECAlgoGetParamType type)
     return GetParamNames[(index < GetParamNameCount) ? index : (GetParamNameCount - 1)];
 }
 
+// The start and snapshot queries answer success or failure only.
+KDKResult FoldResult(KDKResult result)
+{
+    return (VelaResultSuccess == result) ? VelaResultSuccess : VelaResultEFailed;
+}
+
 } // namespace
 
 KDKResult CAECCore::queryMetaData(AECMetadataQuery* pQuery)
@@ -65,11 +80,9 @@ KDKResult CAECCore::queryMetaData(AECMetadataQuery* pQuery)
     switch (pQuery->type)
     {
         case AECAlgoGetParamStartExposure:
-            return queryStartExposure(&rOutput.frameSetting);
+            return FoldResult(queryStartExposure(&rOutput.frameSetting));
         case AECAlgoGetParamSnapshotExposure:
-            // Later stage: the snapshot query (EV bracketing, flash and normal captures, still arbitration).
-            AEC_LOG_WARN("Snapshot exposure query is not available in this build");
-            return VelaResultSuccess;
+            return FoldResult(querySnapshotExposure(&pQuery->input.snapshotConfig, &rOutput.frameSetting));
         case AECAlgoGetParamGainFromISOPreview:
             rOutput.gain = m_pArbitration->QueryISO2Gain(pQuery->input.ISOValue, FALSE);
             return VelaResultSuccess;
@@ -172,4 +185,215 @@ KDKResult CAECCore::queryStartExposure(AECFrameControl* pFrameSetting)
     populateMulicamInfo(nullptr);
     printFrameControl("Start", 0, *pFrameSetting);
     return VelaResultSuccess;
+}
+
+VOID CAECCore::getBracketingEVOffset(INT8 EVVal, FLOAT* pEV, FLOAT* pEVOffset)
+{
+    const AECAlgoEVCapabilities& rCaps   = m_pDataManager->getEVInfo()->capabilities;
+    const INT32                  steps   = rCaps.stepsPerEV;
+    const INT32                  divisor = std::max(steps, 1);
+    const INT32                  minUI   = rCaps.minEV * steps;
+    const INT32                  maxUI   = rCaps.maxEV * steps;
+    // Not std::clamp: capabilities with min above max must not be undefined behaviour.
+    const INT32 desired = std::min(std::max(static_cast<INT32>(EVVal), minUI), maxUI);
+    FLOAT       ev      = static_cast<FLOAT>(desired) / static_cast<FLOAT>(divisor);
+
+    // Tuning may keep only a share of large bracketing steps: full at 0 EV, the tuned share from 2 EV on.
+    const ArbitrationTuningDataType* pArbTuning = m_pDataManager->getArbTuning();
+    if ((nullptr != pArbTuning) && (nullptr != pArbTuning->pSnapshotCtrl))
+    {
+        const FLOAT tuning = (desired < 1) ? pArbTuning->pSnapshotCtrl->bracketingAdjForEVNeg2
+                                           : pArbTuning->pSnapshotCtrl->bracketingAdjForEVPos2;
+        const FLOAT weight = std::max((2.0F - std::fabs(ev)) * 0.5F, 0.0F);
+        const FLOAT adj    = (weight * (1.0F - tuning)) + tuning;
+        ev *= adj;
+        AEC_LOG_VERBOSE("snapshot EV adj: desired %d tuning %f weight %f adj %f EV %f", desired, tuning, weight, adj,
+                        ev);
+    }
+
+    const FLOAT lumaMult = static_cast<FLOAT>(std::pow(2.0, static_cast<DOUBLE>(ev)));
+    *pEVOffset           = static_cast<FLOAT>(std::log10(static_cast<DOUBLE>(lumaMult)) * AECIndexPerLog10);
+    const INT32 lumaIdx  = std::min(std::max(desired - minUI, 0), AECEVCompTableLastIndex);
+    AEC_LOG_VERBOSE("capped desired EV %d min %d max %d; luma idx %d luma mult %f EV offset %f", desired, minUI,
+                    maxUI, lumaIdx, lumaMult, *pEVOffset);
+    *pEV = static_cast<FLOAT>(EVVal) / static_cast<FLOAT>(divisor);
+}
+
+KDKResult CAECCore::getFlashSnapshotIndices(const AECAlgoSnapshotConfig* pConfig,
+                                            FLOAT                        EVOffset,
+                                            FLOAT*                       pExpIndices,
+                                            AECFrameControl*             pFrameSetting)
+{
+    AEC_LOG_INFO("AECCoreFlash snapshot query");
+    // Without bracketing the preview EV of the last frame is carried into the capture.
+    const AECFrameHistory* pFrame = nullptr;
+    if (FALSE == pConfig->bUseAEBracketing)
+    {
+        pFrame = m_pDataManager->getFrameHistory(1);
+        if (nullptr == pFrame)
+        {
+            AEC_LOG_ERROR("Flash snapshot query without a frame history: query the start exposure first");
+            return VelaResultEFailed;
+        }
+    }
+
+    AECMeteringSnapshotInput  snapshotIn  = {};
+    AECMeteringSnapshotOutput snapshotOut = {};
+    snapshotIn.isFlashSnapshot            = TRUE;
+    snapshotIn.mainToPreFluxRatio         = m_pExtension->GetFlashCurrentEstimate(High, pFrameSetting, TRUE);
+    snapshotIn.preflashToStreamingOffset =
+        m_pDataManager->getExposureLimitation()->streamModeExpIdxOffsets[AECAlgoOperationModePreflash];
+    const KDKResult result = m_pMetering->GetSnapshotEstimation(&snapshotIn, &snapshotOut);
+
+    if (FALSE != pConfig->bUseAEBracketing)
+    {
+        AEC_LOG_INFO("applying bracketing EV: %f and using safe index for all exposures: %f", EVOffset,
+                     snapshotOut.snapshotExpIndices[AECAlgoExposureSafe]);
+        const BOOL isHDR3 = m_pDataManager->getHDR3Enable();
+        for (UINT32 i = 0; i < AECAlgoExposureCount; i++)
+        {
+            pExpIndices[i] =
+                ((FALSE != isHDR3) ? snapshotOut.snapshotExpIndices[i]
+                                   : snapshotOut.snapshotExpIndices[AECAlgoExposureSafe]) + EVOffset;
+        }
+    }
+    else
+    {
+        const FLOAT offset = pFrame->previewEV * AECIndexPerEV;
+        for (UINT32 i = 0; i < AECAlgoExposureCount; i++)
+        {
+            pExpIndices[i] = snapshotOut.snapshotExpIndices[i] + offset;
+            AEC_LOG_VERBOSE("preview EV adding offset %f to %f", offset, snapshotOut.snapshotExpIndices[i]);
+        }
+    }
+    // The LED raises the scene by at least nothing.
+    pFrameSetting->LEDInfluenceRatio = std::max(snapshotOut.flashInfluence, 1.0F);
+    pFrameSetting->luxIndex          = snapshotOut.snapshotLuxIndex;
+    return result;
+}
+
+KDKResult CAECCore::getNormalSnapshotIndices(const AECAlgoSnapshotConfig* pConfig,
+                                             FLOAT                        EVOffset,
+                                             FLOAT*                       pExpIndices,
+                                             AECFrameControl*             pFrameSetting)
+{
+    // During preflash the streaming mode's last frame is the scene without the LED.
+    AECModeHistory         prevMode;
+    const AECFrameHistory* pFrame = nullptr;
+    if (AECAlgoOperationModePreflash == m_pDataManager->getOperationMode())
+    {
+        AEC_LOG_WARN("Normal snapshot query during preflash mode! ");
+        if (FALSE == m_pDataManager->getPrevModeHistory(&prevMode))
+        {
+            AEC_LOG_ERROR("ERROR: Cannot recover previous setting!");
+            return VelaResultEFailed;
+        }
+        pFrame = &prevMode.lastFrame;
+    }
+    else
+    {
+        pFrame = m_pDataManager->getFrameHistory(1);
+        if (nullptr == pFrame)
+        {
+            AEC_LOG_ERROR("Snapshot query without a frame history: query the start exposure first");
+            return VelaResultEFailed;
+        }
+    }
+
+    if (FALSE != pConfig->bUseAEBracketing)
+    {
+        const BOOL isHDR3 = m_pDataManager->getHDR3Enable();
+        for (UINT32 i = 0; i < AECAlgoExposureCount; i++)
+        {
+            if (FALSE != isHDR3)
+            {
+                pExpIndices[i] = pFrame->expIndicesTargets[i] + EVOffset;
+                AEC_LOG_VERBOSE("expIndicesTargets = %f,EVOffset = %f", pFrame->expIndicesTargets[i], EVOffset);
+            }
+            else
+            {
+                pExpIndices[i] = pFrame->expIndicesTargets[AECAlgoExposureSafe] + EVOffset;
+            }
+        }
+    }
+    else if (FALSE == m_pDataManager->getIsAECLocked())
+    {
+        // A slave takes its exposure from the master, which already carries the preview EV.
+        const FLOAT offset = (StatsAlgoRoleSlave == m_algoRole) ? 0.0F : (pFrame->previewEV * AECIndexPerEV);
+        for (UINT32 i = 0; i < AECAlgoExposureCount; i++)
+        {
+            pExpIndices[i] = pFrame->expIndicesTargets[i] + offset;
+            AEC_LOG_VERBOSE("no EV bracketing: %d, expIndicesTargets = %f", static_cast<INT32>(i),
+                            pFrame->expIndicesTargets[i]);
+        }
+    }
+    else
+    {
+        std::memcpy(pExpIndices, m_pDataManager->getLockContext()->expIndicesToUse,
+                    sizeof(FLOAT) * AECAlgoExposureCount);
+    }
+
+    m_pExtension->GetFlashCurrentEstimate(Off, pFrameSetting, FALSE);
+    pFrameSetting->LEDInfluenceRatio = 1.0F;
+    pFrameSetting->luxIndex          = pFrame->luxIndex;
+    return VelaResultSuccess;
+}
+
+KDKResult CAECCore::querySnapshotExposure(const AECAlgoSnapshotConfig* pConfig, AECFrameControl* pFrameSetting)
+{
+    pFrameSetting->digitalGainForSimulation = 1.0F;
+    pFrameSetting->predictiveGain           = 1.0F;
+
+    ArbitrationStillInput stillIn = {};
+    if (FALSE != pConfig->bUseAEBracketing)
+    {
+        getBracketingEVOffset(pConfig->EVVal, &stillIn.EV, &stillIn.EVOffset);
+    }
+    else
+    {
+        stillIn.EVOffset = 0.0F;
+        stillIn.EV       = m_pDataManager->getEVInfo()->EV;
+    }
+    AEC_LOG_INFO("Get Snapshot exposure : type: %d, enable EV: %d, EV: %d", pConfig->snapshotType,
+                 pConfig->bUseAEBracketing, pConfig->EVVal);
+
+    stillIn.snapshotQuery.queryType = pConfig->snapshotType;
+    stillIn.snapshotQuery.refOpMode = m_pDataManager->getOperationMode();
+    KDKResult result                = VelaResultSuccess;
+    switch (pConfig->snapshotType)
+    {
+        case AECAlgoSnapshotFlash:
+            result = getFlashSnapshotIndices(pConfig, stillIn.EVOffset, stillIn.expIndices, pFrameSetting);
+            // The flash estimate is relative to the streaming exposure before the preflash.
+            stillIn.snapshotQuery.refOpMode = AECAlgoOperationModeStreaming;
+            break;
+        case AECAlgoSnapshotNormal:
+        case AECAlgoSnapshotLLS:
+            result = getNormalSnapshotIndices(pConfig, stillIn.EVOffset, stillIn.expIndices, pFrameSetting);
+            break;
+        default:
+            AEC_LOG_ERROR("Non supported snapshot query!");
+            result = VelaResultEFailed;
+            break;
+    }
+
+    if (VelaResultSuccess == result)
+    {
+        stillIn.TargetIndex    = m_mtrOut.targetIndices[AECAlgoExposureSafe];
+        ArbitrationOutput arbOut = {};
+        m_pArbitration->ArbitrateExposure(&stillIn, &arbOut);
+        pFrameSetting->IRModeActivated = m_irOut.IRModeActivated;
+        pFrameSetting->IRLedIntensity  = m_irOut.IRLedIntensity;
+        for (UINT32 i = 0; i < AECAlgoExposureCount; i++)
+        {
+            pFrameSetting->exposureSets[i]     = arbOut.expSets[i];
+            pFrameSetting->RealexposureSets[i] = arbOut.IdealexpSets[i];
+        }
+        pFrameSetting->exifInfo = arbOut.exif;
+        // The frames exposed while the capture runs do not show the preview scene: metering skips them.
+        m_pDataManager->setSnapshotQuery();
+        m_pExtension->GetHistStretchData(&pFrameSetting->stretchControl);
+        printFrameControl("Snapshot", 0, *pFrameSetting);
+    }
+    return result;
 }
