@@ -9,7 +9,7 @@
 namespace
 {
 
-const HostSensorConfig kSensor = {0, 4000, 3000, 1.0F, 64.0F, 2.0F, 64, 48, 10};
+const HostSensorConfig kSensor = DefaultSensor(0);
 
 VOID SilentLogger(const CHAR*, UINT32, const CHAR*, StatsLogGroup, StatsLog, const CHAR*, ...)
 {

@@ -24,7 +24,7 @@ TEST(HostAllocation, ProcessedFrameAllocatesOnlyTheHistoryNode)
     std::string  error;
     ASSERT_TRUE(harness.Load(AECORE_LIBRARY_PATH, &error)) << error;
 
-    const HostSensorConfig sensor = {0, 4000, 3000, 1.0F, 64.0F, 2.0F, 64, 48, 10};
+    const HostSensorConfig sensor = DefaultSensor(0);
     LYRAECAlgorithm*       pAlgo  = nullptr;
     ASSERT_EQ(VelaResultSuccess, harness.Create(0, &pAlgo, &SilentLogger));
     ASSERT_EQ(VelaResultSuccess, harness.Configure(pAlgo, sensor, AECAlgoOperationModeStreaming));

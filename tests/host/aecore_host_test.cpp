@@ -10,7 +10,7 @@
 namespace
 {
 
-const HostSensorConfig kSensor = {0, 4000, 3000, 1.0F, 64.0F, 2.0F, 64, 48, 10};
+const HostSensorConfig kSensor = DefaultSensor(0);
 
 class HostTest : public ::testing::Test
 {
@@ -161,6 +161,46 @@ TEST_F(HostTest, FrameIdsMustRise)
     EXPECT_EQ(VelaResultEFailed, m_harness.ProcessFrame(pAlgo, kSensor, 9, 100.0F, &frame));
     EXPECT_TRUE(CoreLogContains("Failed to save the stats frame ID to history!"));
     EXPECT_EQ(VelaResultSuccess, m_harness.ProcessFrame(pAlgo, kSensor, 11, 100.0F, &frame));
+}
+
+TEST_F(HostTest, FullCallingOrderOfACameraSession)
+{
+    LYRAECAlgorithm* pAlgo = CreateStreaming(0);
+    HostFrameResult  frame = {};
+    for (UINT64 id = 1; id <= 30; id++)
+    {
+        ASSERT_EQ(VelaResultSuccess, m_harness.ProcessFrame(pAlgo, kSensor, id, 100.0F, &frame)) << "frame " << id;
+    }
+
+    // A frame out of order is refused and leaves the session as it was.
+    EXPECT_EQ(VelaResultEFailed, m_harness.ProcessFrame(pAlgo, kSensor, 15, 100.0F, &frame));
+    EXPECT_EQ(VelaResultSuccess, m_harness.ProcessFrame(pAlgo, kSensor, 31, 100.0F, &frame));
+
+    // A still capture between frames; streaming goes on afterwards.
+    HostFrameResult       snapshot = {};
+    AECAlgoSnapshotConfig config   = {AECAlgoSnapshotNormal, FALSE, 0};
+    EXPECT_EQ(VelaResultSuccess, m_harness.QuerySnapshotExposure(pAlgo, config, &snapshot));
+    EXPECT_EQ(3U, snapshot.exposureSet.exposureInfoOutputCount);
+    EXPECT_EQ(VelaResultSuccess, m_harness.ProcessFrame(pAlgo, kSensor, 32, 100.0F, &frame));
+
+    // A start query is only taken right after a mode change.
+    HostFrameResult start = {};
+    EXPECT_EQ(VelaResultEFailed, m_harness.QueryStartExposure(pAlgo, &start));
+
+    // A refused transition is not reported to the host, and the mode stays as it was.
+    AECAlgoOperationModeType mode = AECAlgoOperationModeFastAEC;
+    EXPECT_EQ(VelaResultSuccess, m_harness.SetParam(pAlgo, AECAlgoSetParamOperationMode, &mode, sizeof(mode)));
+    EXPECT_TRUE(CoreLogContains("Error: cannot set fast  AEC without going to Init mode first!"));
+    EXPECT_EQ(VelaResultSuccess, m_harness.ProcessFrame(pAlgo, kSensor, 33, 100.0F, &frame));
+
+    // A real mode change needs a new start query before frames are taken again.
+    mode = AECAlgoOperationModeInit;
+    EXPECT_EQ(VelaResultSuccess, m_harness.SetParam(pAlgo, AECAlgoSetParamOperationMode, &mode, sizeof(mode)));
+    mode = AECAlgoOperationModeStreaming;
+    EXPECT_EQ(VelaResultSuccess, m_harness.SetParam(pAlgo, AECAlgoSetParamOperationMode, &mode, sizeof(mode)));
+    EXPECT_EQ(VelaResultEFailed, m_harness.ProcessFrame(pAlgo, kSensor, 34, 100.0F, &frame));
+    EXPECT_EQ(VelaResultSuccess, m_harness.QueryStartExposure(pAlgo, &start));
+    EXPECT_EQ(VelaResultSuccess, m_harness.ProcessFrame(pAlgo, kSensor, 1, 100.0F, &frame));
 }
 
 TEST_F(HostTest, StartQueryInInitModeIsRefused)

@@ -103,7 +103,7 @@ int main(int argc, char** argv)
         return 1;
     }
 
-    HostSensorConfig sensor = {options.cameraId, 4000, 3000, 1.0F, 64.0F, 2.0F, 64, 48, 10};
+    HostSensorConfig sensor = DefaultSensor(options.cameraId);
     LYRAECAlgorithm* pAlgo  = nullptr;
     KDKResult        result = harness.Create(options.cameraId, &pAlgo);
     if (VelaResultSuccess != result)

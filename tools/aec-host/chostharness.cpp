@@ -58,6 +58,11 @@ KDKResult HostQueryVendorTagLocation(const CHAR* pSectionName, const CHAR* pTagN
 
 } // namespace
 
+HostSensorConfig DefaultSensor(UINT32 cameraId, StatsAlgoRole role)
+{
+    return HostSensorConfig{cameraId, role, 4000, 3000, 1.0F, 64.0F, 2.0F, 64, 48, 10};
+}
+
 CHostHarness::CHostHarness()
     : m_pLibrary(nullptr), m_callbacks(), m_hostInterface(), m_bayerGrid(), m_bayerHist(), m_statsInfo(), m_inputs(),
       m_outputs(), m_inputList(), m_outputList()
@@ -133,7 +138,7 @@ KDKResult CHostHarness::SetParam(LYRAECAlgorithm* pAlgo, AECAlgoSetParamType typ
 
 KDKResult CHostHarness::Configure(LYRAECAlgorithm* pAlgo, const HostSensorConfig& sensor, AECAlgoOperationModeType mode)
 {
-    StatsCameraInfo cameraInfo = {StatsAlgoRoleDefault, sensor.cameraId};
+    StatsCameraInfo cameraInfo = {sensor.role, sensor.cameraId};
 
     // 30 fps with 33 us lines: 1000 lines per frame, exposure from one line up to the frame.
     StatsSensorInfo sensorInfo        = {};
@@ -163,20 +168,50 @@ KDKResult CHostHarness::Configure(LYRAECAlgorithm* pAlgo, const HostSensorConfig
     return pAlgo->AECSetParam(pAlgo, &list);
 }
 
-KDKResult CHostHarness::QueryStartExposure(LYRAECAlgorithm* pAlgo, HostFrameResult* pResult)
+KDKResult CHostHarness::QueryFrameControl(LYRAECAlgorithm* pAlgo, AECAlgoGetParamType type,
+                                          AECAlgoGetParamInput* pInput, HostFrameResult* pResult)
 {
-    *pResult = HostFrameResult{};
+    *pResult             = HostFrameResult{};
     pResult->exposureSet = {pResult->exposures, AECAlgoExposureCount, sizeof(AECAlgoExposureInfo), 0, 0};
 
     AECAlgoGetParamOutput outputs[2] = {
         {&pResult->frameControl, sizeof(pResult->frameControl), 0, AECAlgoGetParamOutputFrameControl},
         {&pResult->exposureSet, sizeof(pResult->exposureSet), 0, AECAlgoGetParamOutputExposureSets},
     };
-    AECAlgoGetParam query   = {};
-    query.type              = AECAlgoGetParamStartExposure;
-    query.outputList        = {outputs, 2};
-    pResult->result         = pAlgo->AECGetParam(pAlgo, &query);
+    AECAlgoGetParam query = {};
+    query.type            = type;
+    query.inputList       = {pInput, (nullptr != pInput) ? 1U : 0U};
+    query.outputList      = {outputs, 2};
+    pResult->result       = pAlgo->AECGetParam(pAlgo, &query);
     return pResult->result;
+}
+
+KDKResult CHostHarness::QueryStartExposure(LYRAECAlgorithm* pAlgo, HostFrameResult* pResult)
+{
+    return QueryFrameControl(pAlgo, AECAlgoGetParamStartExposure, nullptr, pResult);
+}
+
+KDKResult CHostHarness::QuerySnapshotExposure(LYRAECAlgorithm* pAlgo, const AECAlgoSnapshotConfig& config,
+                                              HostFrameResult* pResult)
+{
+    AECAlgoSnapshotConfig snapshot = config;
+    AECAlgoGetParamInput  input    = {AECAlgoGetParamInputSnapshotType, &snapshot, sizeof(snapshot)};
+    return QueryFrameControl(pAlgo, AECAlgoGetParamSnapshotExposure, &input, pResult);
+}
+
+KDKResult CHostHarness::QueryPeerInfo(LYRAECAlgorithm* pAlgo, VOID** ppPeerInfo)
+{
+    *ppPeerInfo                  = nullptr;
+    AECAlgoGetParamOutput output = {ppPeerInfo, sizeof(*ppPeerInfo), 0, AECAlgoGetParamOutputPeerInfo};
+    AECAlgoGetParam       query  = {};
+    query.type                   = AECAlgoGetParamPeerInfo;
+    query.outputList             = {&output, 1};
+    return pAlgo->AECGetParam(pAlgo, &query);
+}
+
+KDKResult CHostHarness::SetPeerInfo(LYRAECAlgorithm* pAlgo, const StatsPeerInfoCombo& combo)
+{
+    return SetParam(pAlgo, AECAlgoSetParamPeerInfo, &combo, sizeof(combo));
 }
 
 void CHostHarness::BuildStatistics(const HostSensorConfig& sensor, FLOAT greyLevel)

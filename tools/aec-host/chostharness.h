@@ -15,6 +15,7 @@ VOID HostLogger(const CHAR* pFileName, UINT32 lineNum, const CHAR* pFunctionName
 struct HostSensorConfig
 {
     UINT32 cameraId;
+    StatsAlgoRole role;    // multi-camera role the camera-info parameter announces
     UINT32 width;          // sensor resolution in pixels
     UINT32 height;
     FLOAT  minGain;
@@ -24,6 +25,9 @@ struct HostSensorConfig
     UINT32 gridRows;
     UINT16 bitDepth;       // of the grid sums
 };
+
+// A 12 MP, 10-bit-grid sensor with gains 1 to 64 behind an f/2.0 lens, as the tests and the demo use it.
+HostSensorConfig DefaultSensor(UINT32 cameraId, StatsAlgoRole role = StatsAlgoRoleDefault);
 
 // What one processed frame handed back through the output list.
 struct HostFrameResult
@@ -58,6 +62,12 @@ public:
     KDKResult Configure(LYRAECAlgorithm* pAlgo, const HostSensorConfig& sensor, AECAlgoOperationModeType mode);
     KDKResult SetParam(LYRAECAlgorithm* pAlgo, AECAlgoSetParamType type, const void* pData, UINT32 size);
     KDKResult QueryStartExposure(LYRAECAlgorithm* pAlgo, HostFrameResult* pResult);
+    KDKResult QuerySnapshotExposure(LYRAECAlgorithm* pAlgo, const AECAlgoSnapshotConfig& config,
+                                    HostFrameResult* pResult);
+
+    // The instance's own multi-camera record, which the host hands to the peer camera.
+    KDKResult QueryPeerInfo(LYRAECAlgorithm* pAlgo, VOID** ppPeerInfo);
+    KDKResult SetPeerInfo(LYRAECAlgorithm* pAlgo, const StatsPeerInfoCombo& combo);
 
     // Feeds one frame of a uniform grey scene at the given 8-bit level and walks the whole output list.
     // Calls go straight through the instance table, so a harness on another thread needs no Load().
@@ -79,6 +89,8 @@ public:
     UINT32 VendorTagQueries() const;
 
 private:
+    KDKResult QueryFrameControl(LYRAECAlgorithm* pAlgo, AECAlgoGetParamType type, AECAlgoGetParamInput* pInput,
+                                HostFrameResult* pResult);
     void BuildStatistics(const HostSensorConfig& sensor, FLOAT greyLevel);
 
     void*                    m_pLibrary;
