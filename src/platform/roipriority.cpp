@@ -10,20 +10,20 @@ VOID ROIPriority::SetTuningData(const ROIPriorityTuning* pTuning)
     m_tuning    = (nullptr != pTuning) ? *pTuning : ROIPriorityTuning{};
 }
 
-FLOAT ROIPriority::ComputeScore(const StatsROIData& roi) const
+FLOAT ROIPriority::ComputeScore(UINT32 index) const
 {
-    FLOAT area = static_cast<FLOAT>(roi.rect.width) * static_cast<FLOAT>(roi.rect.height);
-    if ((FALSE == m_hasTuning) || (0 == m_imageWidth) || (0 == m_imageHeight))
+    // Sizes are shares of the image, so tuning does not depend on the sensor resolution.
+    AECAlgoROI roi  = GetNormalizeROI(index);
+    FLOAT      size = roi.dx * roi.dy;
+    if (FALSE == m_hasTuning)
     {
-        return area;
+        return size;
     }
-    // Closeness to the centre in [0, 1], scaled to the image area so both terms share one unit.
-    FLOAT centerX   = (static_cast<FLOAT>(roi.rect.left) + (static_cast<FLOAT>(roi.rect.width) * 0.5F)) / m_imageWidth;
-    FLOAT centerY   = (static_cast<FLOAT>(roi.rect.top) + (static_cast<FLOAT>(roi.rect.height) * 0.5F)) / m_imageHeight;
+    FLOAT centerX   = roi.x + (roi.dx * 0.5F);
+    FLOAT centerY   = roi.y + (roi.dy * 0.5F);
     FLOAT distance  = std::sqrt(((centerX - 0.5F) * (centerX - 0.5F)) + ((centerY - 0.5F) * (centerY - 0.5F)));
     FLOAT closeness = 1.0F - std::fmin(distance / 0.70710678F, 1.0F);
-    FLOAT imageArea = static_cast<FLOAT>(m_imageWidth) * static_cast<FLOAT>(m_imageHeight);
-    return (m_tuning.sizeWeight * area) + (m_tuning.centerWeight * closeness * imageArea);
+    return (m_tuning.sizeWeight * size) + (m_tuning.centerWeight * closeness);
 }
 
 VOID ROIPriority::UpdateROIData(const UnstabilizedROIInformation* pROIInfo)
@@ -37,7 +37,7 @@ VOID ROIPriority::UpdateROIData(const UnstabilizedROIInformation* pROIInfo)
     std::memset(m_scores, 0, sizeof(m_scores));
     for (UINT32 i = 0; i < Size(); i++)
     {
-        m_scores[i] = ComputeScore(m_ROIInfo.roi[i]);
+        m_scores[i] = ComputeScore(i);
         if (m_scores[i] > bestScore)
         {
             bestScore       = m_scores[i];

@@ -7,7 +7,7 @@
 // Ranking knobs of the ROI priority; a null tuning means plain size ranking.
 struct ROIPriorityTuning
 {
-    FLOAT sizeWeight;     // weight of the region's area in its score
+    FLOAT sizeWeight;     // weight of the region's share of the image in its score
     FLOAT centerWeight;   // weight of closeness to the image centre in its score
 };
 
@@ -21,7 +21,8 @@ public:
     // Takes over the list, scores every region and selects the dominant one.
     VOID UpdateROIData(const UnstabilizedROIInformation* pROIInfo);
 
-    // Score of region i: its area in pixels, blended with centre closeness when tuned; 0 beyond Size().
+    // Score of region i: its size as a share of the image, blended with centre closeness when tuned;
+    // 0 beyond Size() or before the image resolution is known.
     FLOAT  GetScore(UINT32 index) const;
     // Index of the highest score, or -1 without regions.
     INT32  GetDominantIndex() const;
@@ -33,7 +34,7 @@ public:
     VOID Clear();
 
 private:
-    FLOAT ComputeScore(const StatsROIData& roi) const;
+    FLOAT ComputeScore(UINT32 index) const;
 
     ROIPriorityTuning m_tuning;
     BOOL              m_hasTuning;

@@ -65,18 +65,30 @@ TEST_F(ROIPriorityTest, IndexBeyondSizeGivesEmptyRegion)
     EXPECT_EQ(ROIPriority::InvalidID, m_priority.GetDominantID());
 }
 
-TEST_F(ROIPriorityTest, ScoreIsSizeAndLargestFaceDominates)
+TEST_F(ROIPriorityTest, ScoreIsTheShareOfTheImageAndLargestFaceDominates)
 {
     UnstabilizedROIInformation info = MakeFaces({{3, {0, 0, 10, 10}, 1}, {9, {100, 100, 40, 20}, 1}});
     m_priority.UpdateROIData(&info);
-    EXPECT_FLOAT_EQ(100.0F, m_priority.GetScore(0));
-    EXPECT_FLOAT_EQ(800.0F, m_priority.GetScore(1));
+    EXPECT_FLOAT_EQ(100.0F / 500000.0F, m_priority.GetScore(0));
+    EXPECT_FLOAT_EQ(800.0F / 500000.0F, m_priority.GetScore(1));
     EXPECT_EQ(1, m_priority.GetDominantIndex());
     EXPECT_EQ(9U, m_priority.GetDominantID());
     EXPECT_TRUE(m_priority.IsDominantIDChange());
 
     m_priority.UpdateROIData(&info);
     EXPECT_FALSE(m_priority.IsDominantIDChange());
+}
+
+TEST_F(ROIPriorityTest, TuningBlendsSizeWithClosenessToTheCentre)
+{
+    ROIPriorityTuning tuning = {1.0F, 1.0F};
+    m_priority.SetTuningData(&tuning);
+    // A small face in the centre outranks a larger one in the corner.
+    UnstabilizedROIInformation info = MakeFaces({{1, {0, 0, 200, 100}, 1}, {2, {475, 225, 50, 50}, 1}});
+    m_priority.UpdateROIData(&info);
+    EXPECT_NEAR(0.04F + 0.2F, m_priority.GetScore(0), 1e-5F);
+    EXPECT_NEAR(1.0F + 0.005F, m_priority.GetScore(1), 1e-5F);
+    EXPECT_EQ(2U, m_priority.GetDominantID());
 }
 
 TEST_F(ROIPriorityTest, MoreThanSixteenRegionsAreCut)

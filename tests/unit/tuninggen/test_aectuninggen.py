@@ -1,0 +1,436 @@
+# Unit tests of the tuning record generator: schema parsing and errors, type resolution, headers and defaults.
+import io
+import os
+import sys
+import tempfile
+import textwrap
+import unittest
+from contextlib import redirect_stderr, redirect_stdout
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+FIXTURES = os.path.join(HERE, "fixtures")
+sys.path.insert(0, os.path.join(HERE, "..", "..", "..", "tuning", "generator"))
+sys.dont_write_bytecode = True
+
+import aectuninggen  # noqa: E402
+import tuningdefaults  # noqa: E402
+import tuningheaders  # noqa: E402
+import tuningschema  # noqa: E402
+
+
+def parse(*texts):
+    """Parses schema texts named a.schema, b.schema, ... and resolves them; returns (schema, errors)."""
+    schema = tuningschema.Schema()
+    parser = tuningschema.SchemaParser(schema)
+    for index, text in enumerate(texts):
+        parser.parse_text(textwrap.dedent(text), f"{chr(ord('a') + index)}.schema")
+    if not schema.errors:
+        tuningschema.resolve(schema)
+    if not schema.errors:
+        tuningschema.check_namespace_cycles(schema)
+    return schema, schema.errors
+
+
+class TemporaryTree:
+    """A schema and a default directory with given files, removed afterwards."""
+
+    def __init__(self, schemas=None, defaults=None):
+        self.directory = tempfile.TemporaryDirectory()
+        self.schema_dir = os.path.join(self.directory.name, "schema")
+        self.default_dir = os.path.join(self.directory.name, "default")
+        self.out_dir = os.path.join(self.directory.name, "out")
+        for folder, files in ((self.schema_dir, schemas or {}), (self.default_dir, defaults or {})):
+            os.makedirs(folder)
+            for name, text in files.items():
+                with open(os.path.join(folder, name), "w", encoding="utf-8") as handle:
+                    handle.write(textwrap.dedent(text))
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *exc):
+        self.directory.cleanup()
+
+
+MODULE_SCHEMA = """\
+    namespace demo
+    enum ModeType {
+        ModeOff = 0
+        ModeOn = 1
+    }
+    struct ZoneType {
+        FLOAT start
+        FLOAT end
+    }
+    module DemoType 2.1.0 {
+        FLOAT gains[3]
+        ZoneType zones[]
+        ModeType mode
+        BOOL enable
+        CHAR label[4]
+        UINT8 small
+        struct inner {
+            INT32 value
+        }
+    }
+"""
+
+
+def defaults(toml_text, schema_text=MODULE_SCHEMA):
+    with TemporaryTree({"demo.schema": schema_text}, {"demo.toml": toml_text}) as tree:
+        schema, errors = tuningschema.load(tree.schema_dir)
+        assert not errors, errors
+        modules, errors = tuningdefaults.load_defaults(schema, tree.default_dir)
+        return modules, [error.replace(tree.default_dir + os.sep, "") for error in errors]
+
+
+class SchemaParsingTest(unittest.TestCase):
+    def test_fixture_schema_parses_without_errors(self):
+        schema, errors = tuningschema.load(os.path.join(FIXTURES, "schema"))
+        self.assertEqual(errors, [])
+        modules = {module.qualified: module for module in schema.modules()}
+        self.assertEqual(sorted(modules), ["fixEmpty::FixEmptyType", "fixMetering::FixMeteringType"])
+        self.assertEqual(modules["fixMetering::FixMeteringType"].module_version, (8, 0, 1))
+        self.assertEqual(modules["fixEmpty::FixEmptyType"].module_version, (1, 2, 3))
+
+    def test_namespace_spans_files(self):
+        schema, errors = tuningschema.load(os.path.join(FIXTURES, "schema"))
+        self.assertEqual(errors, [])
+        names = [decl.name for decl in schema.declarations("fixMetering")]
+        self.assertEqual(names, ["FixMeteringType", "FixZoneType"])
+
+    def test_member_kinds(self):
+        schema, errors = parse(MODULE_SCHEMA)
+        self.assertEqual(errors, [])
+        module = schema.namespaces["demo"]["DemoType"]
+        members = {member.name: member for member in module.members}
+        self.assertEqual(members["gains"].dims, [3])
+        self.assertTrue(members["zones"].variable)
+        self.assertEqual(members["inner"].nested.name, "innerStruct")
+        self.assertEqual(members["inner"].nested.qualified, "demo::DemoType::innerStruct")
+        self.assertEqual(module.field_names()[:4], ["SymbolTableID", "gains", "zonesCount", "zonesID"])
+
+    def test_doc_comments_above_and_after(self):
+        schema, errors = parse("""\
+            namespace demo
+            # Detached: a blank line follows.
+
+            # First line.
+            # Second line.
+            struct DocType {
+                FLOAT value   # trailing note
+            }
+        """)
+        self.assertEqual(errors, [])
+        record = schema.namespaces["demo"]["DocType"]
+        self.assertEqual(record.doc, ["First line.", "Second line."])
+        self.assertEqual(record.members[0].doc, ["trailing note"])
+
+    def test_enum_values_implicit_and_hex(self):
+        schema, errors = parse("""\
+            namespace demo
+            enum E {
+                A = -2
+                B
+                C = 0x10
+            }
+        """)
+        self.assertEqual(errors, [])
+        self.assertEqual([(m.name, m.value) for m in schema.namespaces["demo"]["E"].members],
+                         [("A", -2), ("B", -1), ("C", 16)])
+
+    def test_errors_carry_file_and_line(self):
+        cases = [
+            ("namespace demo\nstruct S {\n    FLOAT x[0]\n}\n", "a.schema:3: 'x': array size must be positive, found 0"),
+            ("namespace demo\nstruct S {\n    FLOAT x[n]\n}\n",
+             "a.schema:3: 'x': array size must be an integer literal, as in 'x[4]'"),
+            ("struct S {\n}\n", "a.schema:1: 'struct' before the first 'namespace' line"),
+            ("namespace demo\nstruct S {\n    FLOAT x\n", "a.schema:2: record 'S' is not closed before the end of the file"),
+            ("namespace demo\n}\n", "a.schema:2: '}' without an open enum or record"),
+            ("namespace demo\nstruct S {\n    FLOAT x\n    INT32 x\n}\n",
+             "a.schema:4: 'x' in record 'S' clashes with member 'x' at a.schema:3"),
+            ("namespace demo\nstruct S {\n    FLOAT v[]\n    UINT32 vCount\n}\n",
+             "a.schema:4: 'vCount' in record 'S' clashes with the count of 'v' at a.schema:3"),
+            ("namespace demo\nmodule M 1.0.0 {\n    UINT32 SymbolTableID\n}\n",
+             "a.schema:3: 'SymbolTableID' in record 'M' clashes with the generated SymbolTableID"),
+            ("namespace demo\nstruct S {\n    FLOAT x @ours\n}\n",
+             "a.schema:3: 'x' is marked @ours: the comment above it must say why it exists"),
+            ("namespace demo\nstruct S {\n    FLOAT x @later\n}\n",
+             "a.schema:3: unknown flag '@later' (allowed here: @ours)"),
+            ("namespace demo\nstruct class {\n}\n",
+             "a.schema:2: 'class' is reserved and cannot name a declaration or member"),
+            ("namespace demo\nmodule M 1.0 {\n}\n", "a.schema:2: module version '1.0' must be <major>.<minor>.<patch>"),
+            ("namespace demo\nmodule M {\n}\n", "a.schema:2: expected 'module <name> <major>.<minor>.<patch> {'"),
+            ("namespace demo\nenum E {\n    A = 1.5\n}\n", "a.schema:3: expected '<name> = <integer>' in enum 'E'"),
+            ("namespace demo\nstruct S {\n    FLOAT x!\n}\n", "a.schema:3: unexpected text '!'"),
+            ("namespace demo\nstruct S {\n    FLOAT x[]\n    FLOAT y[2][]\n}\n",
+             "a.schema:4: 'y': a variable array '[]' must be the only dimension"),
+            ("namespace demo\nstruct S {\n    FLOAT x\nnamespace other\n}\n",
+             "a.schema:4: 'namespace' inside record 'S': close the record with '}' first"),
+            ("namespace demo\nwidget W\n",
+             "a.schema:2: expected 'namespace', 'enum', 'typedef', 'struct' or 'module', found 'widget'"),
+        ]
+        for text, expected in cases:
+            with self.subTest(expected=expected):
+                _, errors = parse(text)
+                self.assertIn(expected, errors)
+
+    def test_duplicate_names_across_files(self):
+        _, errors = parse("namespace demo\nstruct S {\n}\n", "namespace demo\n\ntypedef INT32 S\n")
+        self.assertEqual(errors, ["b.schema:3: 'S' is already declared in namespace demo at a.schema:2"])
+
+    def test_enumerators_share_the_namespace(self):
+        _, errors = parse("namespace demo\nenum E {\n    Same = 0\n}\nenum F {\n    Same = 1\n}\n")
+        self.assertEqual(errors, ["a.schema:6: 'Same' is already declared in namespace demo at a.schema:3"])
+
+    def test_a_wrong_block_header_does_not_cascade(self):
+        _, errors = parse("namespace demo\nstruct S @odd {\n    FLOAT x\n    struct n {\n    }\n}\n")
+        self.assertEqual(errors, ["a.schema:2: unknown flag '@odd' (allowed here: @ours, @symbol)"])
+
+    def test_all_errors_of_a_run_are_reported(self):
+        _, errors = parse("namespace demo\nstruct S {\n    FLOAT x[0]\n    FLOAT y[-1]\n}\n")
+        self.assertEqual(len(errors), 2)
+
+
+class TypeResolutionTest(unittest.TestCase):
+    def test_current_namespace_then_global_ones(self):
+        schema, errors = parse("""\
+            namespace aecglobalelements
+            struct T {
+                FLOAT g
+            }
+            struct OnlyGlobal {
+                FLOAT g
+            }
+            namespace statsglobalelements
+            struct OnlyStats {
+                FLOAT s
+            }
+            struct OnlyGlobal {
+                FLOAT s
+            }
+            namespace demo
+            struct T {
+                FLOAT d
+            }
+            struct User {
+                T local
+                OnlyGlobal global
+                OnlyStats stats
+                aecglobalelements::T qualified
+            }
+        """)
+        self.assertEqual(errors, [])
+        members = {m.name: m.type_ref.target.qualified for m in schema.namespaces["demo"]["User"].members}
+        self.assertEqual(members, {"local": "demo::T", "global": "aecglobalelements::OnlyGlobal",
+                                   "stats": "statsglobalelements::OnlyStats", "qualified": "aecglobalelements::T"})
+
+    def test_unknown_type_and_namespace(self):
+        _, errors = parse("namespace demo\nstruct S {\n    Missing a\n    other::T b\n}\n")
+        self.assertEqual(errors, [
+            "a.schema:3: unknown type 'Missing' (looked in demo, aecglobalelements, statsglobalelements)",
+            "a.schema:4: unknown namespace 'other' in type 'other::T'",
+        ])
+
+    def test_type_cycles_are_errors(self):
+        _, errors = parse("namespace demo\nstruct A {\n    B b\n}\nstruct B {\n    A a[]\n}\n")
+        self.assertEqual(errors, ["a.schema:2: type cycle demo::A -> demo::B -> demo::A"])
+
+    def test_typedef_cycle(self):
+        _, errors = parse("namespace demo\ntypedef B A\ntypedef A B\n")
+        self.assertEqual(errors, ["a.schema:2: type cycle demo::A -> demo::B -> demo::A"])
+
+    def test_namespace_cycle(self):
+        _, errors = parse("namespace one\nstruct A {\n    two::B b\n}\nnamespace two\nstruct B {\n    FLOAT x\n}\n"
+                          "struct C {\n    one::A a\n}\n")
+        self.assertEqual(errors, ["a.schema:10: namespaces use each other's types (one -> two -> one); "
+                                  "move the shared types to aecglobalelements"])
+
+    def test_declarations_ordered_by_dependency(self):
+        schema, errors = tuningschema.load(os.path.join(FIXTURES, "schema"))
+        self.assertEqual(errors, [])
+        names = [decl.name for decl in tuningschema.ordered_declarations(schema, "fixMetering")]
+        self.assertEqual(names, ["FixZoneType", "FixMeteringType"])
+
+
+class HeaderTest(unittest.TestCase):
+    def setUp(self):
+        schema, errors = tuningschema.load(os.path.join(FIXTURES, "schema"))
+        self.assertEqual(errors, [])
+        self.files = tuningheaders.render_headers(schema)
+
+    def test_one_header_per_namespace_and_umbrella(self):
+        self.assertEqual(sorted(self.files), ["aectuningrecords.h", "tuning_aecglobalelements.h", "tuning_fixempty.h",
+                                              "tuning_fixmetering.h", "tuning_statsglobalelements.h"])
+        umbrella = self.files["aectuningrecords.h"]
+        self.assertIn('#include "tuning_fixmetering.h"', umbrella)
+        self.assertIn('#include "aecore/aecore_types.h"', umbrella)
+
+    def test_record_layout_text(self):
+        header = self.files["tuning_fixmetering.h"]
+        self.assertIn('#include "tuning_aecglobalelements.h"', header)
+        self.assertLess(header.index("struct FixZoneType"), header.index("struct FixMeteringType"))
+        module = header[header.index("struct FixMeteringType"):]
+        self.assertTrue(module.split("{", 1)[1].lstrip().startswith("UINT32 SymbolTableID;"))
+        self.assertRegex(module, r"UINT32\s+zonesCount;\s+UINT32\s+zonesID;\s+fixMetering::FixZoneType\*\s+zones;")
+        self.assertRegex(module, r"struct module_versionStruct\s+\{\s+UINT32 SymbolTableID;")
+        self.assertRegex(module, r"module_versionStruct\s+module_version;")
+        self.assertRegex(module, r"FLOAT\s+grid\[2\]\[3\];")
+        self.assertRegex(module, r"CHAR\*\*\s+names;")
+        self.assertIn("// Kept by us to exercise @ours members.", module)
+        self.assertIn("// Metering fixture module.\n// Tuning module FixMeteringType, version 8.0.1.\nstruct FixMeteringType",
+                      header)
+
+    def test_enum_has_fixed_underlying_type(self):
+        header = self.files["tuning_aecglobalelements.h"]
+        self.assertIn("enum FixPrioType : INT32", header)
+        self.assertIn("    // Gain first.\n    FixPrioGain = 0,", header)
+        self.assertIn("typedef INT32 FixIDType;", header)
+
+
+class DefaultsTest(unittest.TestCase):
+    def test_fixture_defaults_are_valid(self):
+        schema, _ = tuningschema.load(os.path.join(FIXTURES, "schema"))
+        modules, errors = tuningdefaults.load_defaults(schema, os.path.join(FIXTURES, "default"))
+        self.assertEqual(errors, [])
+        values = {item.module.name: item.values for item in modules}
+        self.assertEqual(values["FixEmptyType"], {})
+        metering = values["FixMeteringType"]
+        self.assertEqual(metering["table"], ["0.25f", "0.5f"])
+        self.assertEqual(metering["prio"], "aecglobalelements::FixPrioTime")
+        self.assertEqual(metering["prioByNumber"], "aecglobalelements::FixPrioMax")
+        self.assertEqual(metering["big"], "(-9223372036854775807LL - 1)")
+        self.assertEqual(metering["ubig"], "18446744073709551615u")
+        self.assertEqual(metering["flag"], "1")
+        self.assertEqual(metering["label"], '"abc"')
+        self.assertIsInstance(metering["zones"], tuningdefaults.VariableArray)
+        self.assertEqual(metering["zones"][1], {"zoneTrigger": {"start": "120.0f", "end": "400.0f"}, "target": "40.5f"})
+
+    def test_enum_by_name_and_number(self):
+        modules, errors = defaults('[DemoType]\nmode = "ModeOn"\n')
+        self.assertEqual(errors, [])
+        self.assertEqual(modules[0].values["mode"], "demo::ModeOn")
+        modules, errors = defaults("[DemoType]\nmode = 7\n")
+        self.assertEqual(errors, [])
+        self.assertEqual(modules[0].values["mode"], "static_cast<demo::ModeType>(7)")
+
+    def test_value_errors_name_file_and_key_path(self):
+        cases = [
+            ("[DemoType]\ngainz = [1.0]\n", "demo.toml: DemoType.gainz: unknown key: demo::DemoType has no member "
+                                           "'gainz'; did you mean 'gains'?"),
+            ("[DemoType]\ngains = [1, 2, 3, 4]\n", "demo.toml: DemoType.gains: 4 values given for an array of 3"),
+            ('[DemoType]\ngains = ["x"]\n', 'demo.toml: DemoType.gains[0]: expected a number for FLOAT, '
+                                            'found string "x"'),
+            ("[DemoType]\nenable = 2\n", "demo.toml: DemoType.enable: expected true, false, 0 or 1 for BOOL, "
+                                         "found integer 2"),
+            ("[DemoType]\nsmall = 256\n", "demo.toml: DemoType.small: 256 is out of range for UINT8 (0 to 255)"),
+            ("[DemoType]\nsmall = 1.0\n", "demo.toml: DemoType.small: expected an integer for UINT8, found float 1.0"),
+            ('[DemoType]\nlabel = "abcd"\n', "demo.toml: DemoType.label: string of 4 bytes does not fit CHAR[4] "
+                                             "with its terminating zero"),
+            ('[DemoType]\nmode = "ModeOnn"\n', "demo.toml: DemoType.mode: 'ModeOnn' is not a member of enum "
+                                               "demo::ModeType; did you mean 'ModeOn'?"),
+            ("[DemoType]\nzonesCount = 2\n", "demo.toml: DemoType.zonesCount: not a default value: zonesCount "
+                                             "follows from the length of 'zones'"),
+            ("[DemoType]\nSymbolTableID = 2\n", "demo.toml: DemoType.SymbolTableID: not a default value: "
+                                                "SymbolTableID is set by the parameter store"),
+            ("[[DemoType.zones]]\nstart = 1.0\nmiddle = 2.0\n",
+             "demo.toml: DemoType.zones[0].middle: unknown key: demo::ZoneType has no member 'middle'"),
+            ("[DemoType]\nzones = 3\n", "demo.toml: DemoType.zones: expected an array for variable array 'zones', "
+                                        "found integer 3"),
+            ("[DemoType.inner]\nvalue = 1\nextra = 2\n",
+             "demo.toml: DemoType.inner.extra: unknown key: demo::DemoType::innerStruct has no member 'extra'"),
+            ("[OtherType]\nx = 1\n", "demo.toml: OtherType: unknown key: no module 'OtherType' in namespace demo"),
+            ("[DemoType]\nmode = true\n", "demo.toml: DemoType.mode: expected a member name or an integer for enum "
+                                          "demo::ModeType, found boolean true"),
+        ]
+        for text, expected in cases:
+            with self.subTest(expected=expected):
+                _, errors = defaults(text)
+                self.assertEqual(errors, [expected])
+
+    def test_toml_syntax_error(self):
+        _, errors = defaults("[DemoType\n")
+        self.assertEqual(len(errors), 1)
+        self.assertTrue(errors[0].startswith("demo.toml: invalid TOML: "), errors[0])
+
+    def test_float_limits(self):
+        modules, errors = defaults("[DemoType]\ngains = [inf, -inf, 1e-5]\n")
+        self.assertEqual(errors, [])
+        self.assertEqual(modules[0].values["gains"], ["std::numeric_limits<FLOAT>::infinity()",
+                                                       "-std::numeric_limits<FLOAT>::infinity()", "1e-05f"])
+        _, errors = defaults("[DemoType]\ngains = [1e39]\n")
+        self.assertEqual(errors, ["demo.toml: DemoType.gains[0]: 1e+39 is out of range for FLOAT"])
+
+    def test_string_literals_are_escaped(self):
+        self.assertEqual(tuningdefaults._c_string('a"b\\c\n??=é'), '"a\\"b\\\\c\\012\\077\\077=\\303\\251"')
+
+    def test_source_assigns_counts_and_pointers(self):
+        modules, errors = defaults('[DemoType]\ngains = [1.5]\n[[DemoType.zones]]\nstart = 1.0\nend = 2.0\n')
+        self.assertEqual(errors, [])
+        source = tuningdefaults.render_default_source(modules)
+        self.assertIn("demo::ZoneType s_demo_DemoType_zones[1] = {", source)
+        self.assertIn("/* zonesCount */ 1,", source)
+        self.assertIn("/* zones */ s_demo_DemoType_zones,", source)
+        self.assertIn("void FillDefaultDemoType(demo::DemoType* pModule)", source)
+        self.assertIn('{ "demo", "DemoType", 2, 1, 0, sizeof(demo::DemoType),', source)
+
+
+class CommandLineTest(unittest.TestCase):
+    def run_main(self, *args):
+        out, err = io.StringIO(), io.StringIO()
+        with redirect_stdout(out), redirect_stderr(err):
+            result = aectuninggen.main(list(args))
+        return result, out.getvalue(), err.getvalue()
+
+    def test_check_mode_writes_nothing(self):
+        with TemporaryTree({"demo.schema": MODULE_SCHEMA}, {"demo.toml": "[DemoType]\nsmall = 3\n"}) as tree:
+            result, _, _ = self.run_main("--schema-dir", tree.schema_dir, "--default-dir", tree.default_dir,
+                                         "--check")
+            self.assertEqual(result, 0)
+            self.assertFalse(os.path.exists(tree.out_dir))
+
+    def test_check_mode_reports_errors(self):
+        with TemporaryTree({"demo.schema": "namespace demo\nstruct S {\n    Nope x\n}\n"}) as tree:
+            result, _, err = self.run_main("--schema-dir", tree.schema_dir, "--default-dir", tree.default_dir,
+                                           "--check")
+            self.assertEqual(result, 1)
+            self.assertIn(os.path.join(tree.schema_dir, "demo.schema") + ":3: unknown type 'Nope'", err)
+
+    def test_list_outputs(self):
+        with TemporaryTree({"demo.schema": MODULE_SCHEMA}) as tree:
+            result, out, _ = self.run_main("--schema-dir", tree.schema_dir, "--list-outputs")
+            self.assertEqual(result, 0)
+            self.assertEqual(out.split(), ["tuning_demo.h", "aectuningrecords.h", "aecdefaulttuning.h",
+                                           "aecdefaulttuning.cpp"])
+
+    def test_empty_schema_gives_umbrella_and_empty_table(self):
+        with TemporaryTree() as tree:
+            result, _, _ = self.run_main("--schema-dir", tree.schema_dir, "--default-dir", tree.default_dir,
+                                         "--out-dir", tree.out_dir)
+            self.assertEqual(result, 0)
+            self.assertEqual(sorted(os.listdir(tree.out_dir)), ["aecdefaulttuning.cpp", "aecdefaulttuning.h",
+                                                                 "aectuningrecords.h"])
+            with open(os.path.join(tree.out_dir, "aecdefaulttuning.cpp"), encoding="utf-8") as handle:
+                self.assertIn("std::array<AECDefaultTuningModule, 0> g_aecDefaultTuningModules", handle.read())
+
+    def test_unchanged_files_are_not_rewritten_and_stale_headers_go(self):
+        with TemporaryTree({"demo.schema": MODULE_SCHEMA}) as tree:
+            arguments = ["--schema-dir", tree.schema_dir, "--default-dir", tree.default_dir, "--out-dir", tree.out_dir]
+            self.assertEqual(self.run_main(*arguments)[0], 0)
+            header = os.path.join(tree.out_dir, "tuning_demo.h")
+            os.utime(header, (1, 1))
+            stale = os.path.join(tree.out_dir, "tuning_gone.h")
+            open(stale, "w").close()
+            self.assertEqual(self.run_main(*arguments)[0], 0)
+            self.assertEqual(os.stat(header).st_mtime, 1)
+            self.assertFalse(os.path.exists(stale))
+
+    def test_output_is_deterministic(self):
+        first, errors = aectuninggen.generate(os.path.join(FIXTURES, "schema"), os.path.join(FIXTURES, "default"))
+        self.assertEqual(errors, [])
+        second, _ = aectuninggen.generate(os.path.join(FIXTURES, "schema"), os.path.join(FIXTURES, "default"))
+        self.assertEqual(first, second)
+
+
+if __name__ == "__main__":
+    unittest.main()
