@@ -1,9 +1,13 @@
-// Tests of the core's state store: initial state, events, frame history, mode changes and frame counters.
+// Tests of the core's state store: initial state, events, frame history, modes, faces, tuning-driven state.
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
 #include <memory>
 #include <set>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "unit/core/coretestsupport.h"
@@ -34,10 +38,156 @@ private:
     AecResult                 m_result;
 };
 
+// Stands in for arbitration on a custom table change: adopts the table by reporting its sensitivity.
+class TableAdopter : public IAECComponent
+{
+public:
+    explicit TableAdopter(CAECCoreDataManager* pStore)
+        : m_pStore(pStore)
+    {
+    }
+
+    AecResult OnCustomExposureTableChange() override
+    {
+        events++;
+        m_pStore->setSensitivity(sensitivity);
+        return AecSuccess;
+    }
+
+    UINT32 events      = 0;
+    FLOAT  sensitivity = 1.0F;
+
+private:
+    CAECCoreDataManager* m_pStore;
+};
+
+// Index units of a linear ratio, as the store computes them.
+FLOAT IndexOfRatio(DOUBLE ratio)
+{
+    return static_cast<FLOAT>(std::log10(ratio) * 77.89852905273438);
+}
+
 class DataManagerTest : public ::testing::Test
 {
 protected:
+    typedef aecStatsConfig::BHistStatsConfigType HistogramTuning;
+
     CAECCoreDataManager& Store() { return *m_pStore; }
+
+    // Hands the views over as a tuning change does.
+    void ApplyTuning()
+    {
+        Store().setTuningViews(m_views);
+        StatsTuningData tuning = {};
+        ASSERT_EQ(AecSuccess, Store().setSorenta(&tuning, nullptr));
+    }
+
+    void UseMeteringTuning()
+    {
+        m_meteringView.pCore  = &m_meteringCore;
+        m_meteringView.pFace  = &m_face;
+        m_meteringView.pFlash = &m_flash;
+        m_views.pMtr          = &m_meteringView;
+        ApplyTuning();
+    }
+
+    // Statistics tuning of a 12-bit grid of 32 x 24 regions with one histogram.
+    void UseStatsTuning()
+    {
+        aecStatsConfig::AECStatsConfig::gridStatsConfigStruct& rGrid = m_statsConfig.gridStatsConfig;
+        const FLOAT maxThresholds[4]      = {0.9F, 0.8F, 0.7F, 0.6F};
+        const FLOAT minThresholds[4]      = {0.1F, 0.0F, 0.25F, 0.0F};
+        for (UINT32 channel = 0; channel < 4; channel++)
+        {
+            rGrid.maxStatsChannelThreshold[channel] = maxThresholds[channel];
+            rGrid.minStatsChannelThreshold[channel] = minThresholds[channel];
+        }
+        rGrid.bitDepth                   = 12;
+        rGrid.YComputationColorWeight[0] = 0.25F;
+        rGrid.YComputationColorWeight[1] = 0.5F;
+        rGrid.YComputationColorWeight[2] = 0.25F;
+        rGrid.numOfRegionsHorizontal     = 32;
+        rGrid.numOfRegionsVertical       = 24;
+        rGrid.ROIConfigControl           = 1;
+        rGrid.enableYComputedStats       = TRUE;
+        rGrid.enableSaturatedStats       = TRUE;
+        rGrid.HWStatsSkipFactor          = 2;
+        m_histogram.colorChannel         = 0;
+        m_histogram.binUniformity        = 1;
+        m_histogram.ROIConfigControl     = 0;
+        m_statsConfig.histStatsConfig.histogramsCount = 1;
+        m_statsConfig.histStatsConfig.histogramsID    = 1;
+        m_statsConfig.histStatsConfig.histograms      = &m_histogram;
+        m_views.pStatsConfig                          = &m_statsConfig;
+        ApplyTuning();
+    }
+
+    void UseMtrAndExpModeTuning(INT32 master, INT32 slave)
+    {
+        m_mtrAndExpMode.master              = static_cast<aecglobalelements::AECMtrAndExpoConfigType>(master);
+        m_mtrAndExpMode.slave               = static_cast<aecglobalelements::AECMtrAndExpoConfigType>(slave);
+        m_extensionView.pMtrAndExpModeConfig = &m_mtrAndExpMode;
+        m_views.pExt                        = &m_extensionView;
+        ApplyTuning();
+    }
+
+    void SetRole(UINT32 cameraId, StatsAlgoRole role)
+    {
+        StatsCameraInfo info = {};
+        info.cameraId        = cameraId;
+        info.algoRole        = role;
+        ASSERT_EQ(AecSuccess, Store().setCameraInfo(info));
+    }
+
+    // Sends count faces of 400 x 200 pixels in a 4000 x 3000 image, the first one at (1500, 1000).
+    void ShowFaces(UINT32 count)
+    {
+        AECAlgoSensorInfo sensor = *Store().getSensorInfo();
+        sensor.sensorResWidth    = 4000;
+        sensor.sensorResHeight   = 3000;
+        ASSERT_EQ(AecSuccess, Store().SetSetSensorInfo(&sensor));
+        UnstabilizedROIInformation faces = {};
+        faces.roiCount                   = count;
+        for (UINT32 i = 0; i < count; i++)
+        {
+            faces.roi[i].roiID       = i + 1;
+            faces.roi[i].rect.left   = 1500 + 100 * i;
+            faces.roi[i].rect.top    = 1000;
+            faces.roi[i].rect.width  = 400;
+            faces.roi[i].rect.height = 200;
+            faces.roi[i].weight      = 10;
+        }
+        ASSERT_EQ(AecSuccess, Store().setFaceROI(faces));
+    }
+
+    void RunFaceFrames(UINT32 count)
+    {
+        for (UINT32 frame = 0; frame < count; frame++)
+        {
+            Store().processROIsPerFrame();
+        }
+    }
+
+    // A three-knee table whose host indices are nonsense: the store derives its own.
+    static AECCustomExposureTable ThreeKneeTable()
+    {
+        AECCustomExposureTable table                    = {};
+        table.isValid                                   = TRUE;
+        table.sensitivityCorrectionFactor               = 1.5F;
+        table.antiBandingMinimumTimePercentageThreshold = 0.9F;
+        table.kneeCount                                 = 3;
+        const FLOAT  gains[3]                           = {1.0F, 2.0F, 2.0F};
+        const UINT64 times[3]                           = {1000000, 1000000, 4000000};
+        const INT32  priorities[3]                      = {0, 7, 1};
+        for (UINT32 knee = 0; knee < 3; knee++)
+        {
+            table.gain[knee]              = gains[knee];
+            table.expTime[knee]           = times[knee];
+            table.incrementPriority[knee] = priorities[knee];
+            table.expIndex[knee]          = 999.0F;
+        }
+        return table;
+    }
 
     // Enters mode with its start configuration recorded, as the start query leaves it.
     void EnterModeWithStart(AECAlgoOperationModeType mode)
@@ -62,6 +212,20 @@ protected:
 
     CoreLogCapture                       m_logs;
     std::unique_ptr<CAECCoreDataManager> m_pStore{new CAECCoreDataManager()};
+
+    // Tuning records the tests fill; the store keeps pointers to them, so they live as long as the fixture.
+    aecMetering::AECCoreMeteringType       m_meteringCore    = {};
+    aecFace::FaceMeteringType              m_face            = {};
+    aecFlash::FlashMeteringType            m_flash           = {};
+    MeteringTuningDataType                 m_meteringView    = {};
+    aecStatsConfig::AECStatsConfig         m_statsConfig     = {};
+    HistogramTuning                        m_histogram       = {};
+    aecSync::AECMeteringAndExpModeType     m_mtrAndExpMode   = {};
+    ExtensionTuningDataType                m_extensionView   = {};
+    aecArbitration::ExposureTableType      m_tables[2]       = {};
+    aecArbitration::AECCoreArbitrationType m_arbitrationCore = {};
+    ArbitrationTuningDataType              m_arbitrationView = {};
+    AECCoreTuningViews                     m_views           = {};
 };
 
 TEST_F(DataManagerTest, StartsWithTheDocumentedInitialState)
@@ -127,8 +291,10 @@ TEST_F(DataManagerTest, StartsWithTheDocumentedInitialState)
     EXPECT_FALSE(Store().getDRCEnable());
     EXPECT_EQ(nullptr, Store().getMtrTuning());
     EXPECT_EQ(nullptr, Store().getConvTuning());
-    EXPECT_EQ(nullptr, Store().getCustomExposureTableInfo());
+    ASSERT_NE(nullptr, Store().getCustomExposureTableInfo());
+    EXPECT_FALSE(Store().getCustomExposureTableInfo()->isValid);
     EXPECT_EQ(nullptr, Store().getExposureTableFromTableID(0));
+    EXPECT_EQ(nullptr, Store().getExposureTableFromTableID(100));
 }
 
 TEST_F(DataManagerTest, StatisticsConfigurationWithoutTuning)
@@ -472,6 +638,875 @@ TEST_F(DataManagerTest, CallbacksFillTheArbitrationContext)
     EXPECT_FLOAT_EQ(0.0F, pContext->stillModeExpIdxOffsets[4]) << "one still offset per snapshot kind";
     EXPECT_FLOAT_EQ(12.5F, pContext->streamingMinExpIndexForATB);
     EXPECT_EQ(3, Store().getEVInfo()->capabilities.stepsPerEV);
+}
+
+TEST_F(DataManagerTest, EleventhEntryEvictsTheOldestAlsoWithGapsBetweenFrameIDs)
+{
+    EnterModeWithStart(AECAlgoOperationModeStreaming);
+    for (UINT64 frameID = 2; frameID <= 22; frameID += 2)
+    {
+        ASSERT_EQ(AecSuccess, ProcessFrame(frameID));
+    }
+    EXPECT_EQ(10u, CAECCoreTestPeer::HistorySize(Store()));
+    // Ten IDs back from 22 is 12; frame 2 was evicted by the eleventh entry.
+    EXPECT_EQ(12u, Store().getFrameHistory(10)->frameID);
+    EXPECT_EQ(20u, Store().getFrameHistory(1)->frameID);
+    EXPECT_EQ(20u, Store().getFrameHistory(2)->frameID);
+    EXPECT_EQ(18u, Store().getFrameHistory(3)->frameID);
+}
+
+// ---- Face presence ----
+
+TEST_F(DataManagerTest, FaceTurnsActiveOnlyAfterTheTunedEnterTime)
+{
+    m_face.statsUpdateDelayTimeEnter = 0.11F;
+    m_face.statsUpdateDelayTimeExit  = 0.21F;
+    UseMeteringTuning();
+    ShowFaces(1);
+
+    // 30 frames per second: three frames are 0.1 s, not yet beyond the enter time.
+    RunFaceFrames(3);
+    const FaceROIProcInfo* pFace = Store().getFaceROI();
+    EXPECT_FALSE(pFace->isActiveFace);
+    EXPECT_NEAR(0.1F, pFace->faceHintDuration, 1e-5F);
+    EXPECT_NEAR(0.1F, pFace->faceStatusDuration, 1e-5F);
+    EXPECT_EQ(1u, pFace->filteredROIPriority.Size()) << "faces in view are always the faces in use";
+
+    RunFaceFrames(1);
+    EXPECT_TRUE(pFace->isActiveFace);
+    EXPECT_FLOAT_EQ(0.0F, pFace->faceHintDuration);
+    EXPECT_FLOAT_EQ(0.0F, pFace->faceStatusDuration);
+}
+
+TEST_F(DataManagerTest, FaceThatGoesAwayStaysActiveWithItsLastFacesUntilTheExitTimeIsExceeded)
+{
+    m_face.statsUpdateDelayTimeEnter = 0.0F;
+    m_face.statsUpdateDelayTimeExit  = 0.21F;
+    UseMeteringTuning();
+    ShowFaces(2);
+    RunFaceFrames(1);
+    const FaceROIProcInfo* pFace = Store().getFaceROI();
+    ASSERT_TRUE(pFace->isActiveFace);
+    const AECAlgoROI lastFace = pFace->filteredROIPriority.GetNormalizeROI(1);
+
+    ShowFaces(0);
+    for (UINT32 frame = 1; frame <= 6; frame++)
+    {
+        RunFaceFrames(1);
+        EXPECT_TRUE(pFace->isActiveFace) << "frame " << frame;
+        ASSERT_EQ(2u, pFace->filteredROIPriority.Size()) << "frame " << frame;
+        EXPECT_FLOAT_EQ(lastFace.x, pFace->filteredROIPriority.GetNormalizeROI(1).x);
+    }
+    EXPECT_NEAR(0.2F, pFace->faceHintDuration, 1e-5F);
+
+    RunFaceFrames(1);
+    EXPECT_FALSE(pFace->isActiveFace);
+    EXPECT_EQ(0u, pFace->filteredROIPriority.Size());
+    EXPECT_FLOAT_EQ(0.0F, pFace->faceHintDuration);
+    EXPECT_FLOAT_EQ(0.0F, pFace->faceStatusDuration);
+}
+
+TEST_F(DataManagerTest, FaceMissingShorterThanTheExitTimeChangesNothing)
+{
+    m_face.statsUpdateDelayTimeExit = 0.21F;
+    UseMeteringTuning();
+    ShowFaces(1);
+    RunFaceFrames(1);
+    ShowFaces(0);
+    RunFaceFrames(2);
+    ShowFaces(1);
+    RunFaceFrames(1);
+    const FaceROIProcInfo* pFace = Store().getFaceROI();
+    EXPECT_TRUE(pFace->isActiveFace);
+    EXPECT_FLOAT_EQ(0.0F, pFace->faceHintDuration) << "the hint restarts once presence agrees again";
+    EXPECT_NEAR(0.1F, pFace->faceStatusDuration, 1e-5F);
+}
+
+TEST_F(DataManagerTest, FaceTimeStepIsOneFramePeriodOfAtMostOneSecond)
+{
+    m_face.statsUpdateDelayTimeEnter = 5.0F;
+    UseMeteringTuning();
+    Store().SetCurentFPS(0.25F);
+    ShowFaces(1);
+    RunFaceFrames(1);
+    EXPECT_FLOAT_EQ(1.0F, Store().getFaceROI()->faceStatusDuration);
+    EXPECT_FLOAT_EQ(1.0F, Store().getFaceROI()->faceHintDuration);
+    Store().SetCurentFPS(10.0F);
+    RunFaceFrames(1);
+    EXPECT_FLOAT_EQ(1.1F, Store().getFaceROI()->faceHintDuration);
+    EXPECT_FALSE(Store().getFaceROI()->isActiveFace);
+}
+
+TEST_F(DataManagerTest, PreflashTakesTheFaceHoldTimesOfTheFlashTuning)
+{
+    m_face.statsUpdateDelayTimeEnter           = 10.0F;
+    m_flash.FDFlash.statsUpdateDelayTimeEnter = 0.05F;
+    m_flash.FDFlash.statsUpdateDelayTimeExit  = 10.0F;
+    UseMeteringTuning();
+    ASSERT_EQ(AecSuccess, Store().setOperationMode(AECAlgoOperationModeStreaming));
+    ShowFaces(1);
+    RunFaceFrames(2);
+    EXPECT_FALSE(Store().getFaceROI()->isActiveFace) << "streaming waits for the face tuning's 10 s";
+
+    ASSERT_EQ(AecSuccess, Store().setOperationMode(AECAlgoOperationModePreflash));
+    RunFaceFrames(1);
+    EXPECT_TRUE(Store().getFaceROI()->isActiveFace) << "0.1 s of hint is beyond the flash tuning's 0.05 s";
+    ShowFaces(0);
+    RunFaceFrames(5);
+    EXPECT_TRUE(Store().getFaceROI()->isActiveFace) << "the flash tuning's exit time holds it";
+}
+
+TEST_F(DataManagerTest, FaceStateFollowsAtOnceWithoutTuning)
+{
+    ShowFaces(1);
+    RunFaceFrames(1);
+    EXPECT_TRUE(Store().getFaceROI()->isActiveFace);
+    ShowFaces(0);
+    RunFaceFrames(1);
+    EXPECT_FALSE(Store().getFaceROI()->isActiveFace);
+    EXPECT_EQ(0u, Store().getFaceROI()->filteredROIPriority.Size());
+}
+
+TEST_F(DataManagerTest, FaceDebugDataIsNormalisedInTheCropWindowOrTheFullFrame)
+{
+    StatsRectangle crop = {1000, 750, 2000, 1500};
+    Store().setCropWindow(crop);
+    ShowFaces(1);
+    RunFaceFrames(1);
+    const AECDebugDataConfigurationType& rConfig = Store().getDebugData()->configInfo;
+    EXPECT_EQ(1, rConfig.bIsFaceActive);
+    EXPECT_EQ(1, rConfig.validFaceROICount);
+    EXPECT_FLOAT_EQ(0.0F, rConfig.faceHintDuration);
+    EXPECT_NEAR(0.25F, rConfig.faceROIs[0].left, 1e-6F);
+    EXPECT_NEAR(250.0F / 1500.0F, rConfig.faceROIs[0].top, 1e-6F);
+    EXPECT_NEAR(0.2F, rConfig.faceROIs[0].width, 1e-6F);
+    EXPECT_NEAR(200.0F / 1500.0F, rConfig.faceROIs[0].height, 1e-6F);
+    EXPECT_FLOAT_EQ(10.0F, rConfig.faceROIs[0].weight);
+
+    // The statistics tuning selects the full field of view.
+    UseStatsTuning();
+    ASSERT_EQ(StatsROISelectionFullFOV, Store().getBGBEConfig()->ROISelection);
+    RunFaceFrames(1);
+    EXPECT_NEAR(0.375F, rConfig.faceROIs[0].left, 1e-6F);
+    EXPECT_NEAR(1000.0F / 3000.0F, rConfig.faceROIs[0].top, 1e-6F);
+    EXPECT_NEAR(0.1F, rConfig.faceROIs[0].width, 1e-6F);
+
+    // The debug record holds ten faces.
+    ShowFaces(16);
+    RunFaceFrames(1);
+    EXPECT_EQ(10, rConfig.validFaceROICount);
+    EXPECT_NEAR(2400.0F / 4000.0F, rConfig.faceROIs[9].left, 1e-6F);
+}
+
+TEST_F(DataManagerTest, FaceDebugDataIsLeftAloneWithDebugDataOff)
+{
+    Store().setDebugDataEnable(FALSE);
+    ShowFaces(1);
+    RunFaceFrames(1);
+    EXPECT_TRUE(Store().getFaceROI()->isActiveFace);
+    EXPECT_EQ(0, Store().getDebugData()->configInfo.bIsFaceActive);
+    EXPECT_EQ(0, Store().getDebugData()->configInfo.validFaceROICount);
+}
+
+TEST_F(DataManagerTest, EnteringInitClearsTouchAndFaceRegions)
+{
+    AECAlgoROI     touch     = {0.1F, 0.1F, 0.2F, 0.2F, 1.0F};
+    AECAlgoROIList touchList = {&touch, 1};
+    ASSERT_EQ(AecSuccess, Store().setTouchROI(touchList));
+    ShowFaces(1);
+    RunFaceFrames(1);
+    Store().getDebugData()->configInfo.bIsTouchActive = 1;
+    ASSERT_TRUE(Store().getFaceROI()->isActiveFace);
+
+    ASSERT_EQ(AecSuccess, Store().setOperationMode(AECAlgoOperationModeInit));
+    EXPECT_EQ(0u, Store().getTouchROI()->ROICount);
+    EXPECT_EQ(0u, Store().getFaceROI()->inputROIPriority.Size());
+    EXPECT_EQ(0u, Store().getFaceROI()->filteredROIPriority.Size());
+    EXPECT_FALSE(Store().getFaceROI()->isActiveFace);
+    EXPECT_FLOAT_EQ(0.0F, Store().getFaceROI()->faceStatusDuration);
+    EXPECT_EQ(0, Store().getDebugData()->configInfo.bIsTouchActive);
+    EXPECT_EQ(0, Store().getDebugData()->configInfo.bIsFaceActive);
+}
+
+// ---- Statistics configuration ----
+
+TEST_F(DataManagerTest, StatisticsConfigurationFromTuning)
+{
+    UseStatsTuning();
+    const StatsBayerGridBayerExposureConfig* pGrid = Store().getBGBEConfig();
+    EXPECT_EQ(3686u, pGrid->channelGainThreshold[0]) << "0.9 of 4096";
+    EXPECT_EQ(static_cast<UINT32>(0.8F * 4096.0F), pGrid->channelGainThreshold[1]);
+    EXPECT_EQ(static_cast<UINT32>(0.7F * 4096.0F), pGrid->channelGainThreshold[2]);
+    EXPECT_EQ(static_cast<UINT32>(0.6F * 4096.0F), pGrid->channelGainThreshold[3]);
+    EXPECT_EQ(409u, pGrid->minChannelLumaThreshold[0]);
+    EXPECT_EQ(1024u, pGrid->minChannelLumaThreshold[2]);
+    EXPECT_EQ(32u, pGrid->horizontalRegionCount);
+    EXPECT_EQ(24u, pGrid->verticalRegionCount);
+    EXPECT_EQ(12, pGrid->outputBitDepth);
+    EXPECT_EQ(StatsROISelectionFullFOV, pGrid->ROISelection);
+    EXPECT_TRUE(pGrid->enableYStatsComputation);
+    EXPECT_FLOAT_EQ(0.5F, pGrid->YStatsWeights[1]);
+    EXPECT_TRUE(pGrid->enableSaturationStats);
+    EXPECT_EQ(2, pGrid->HWStatsSkippingFactor);
+
+    const StatsBayerHistogramConfig* pHist = Store().getBayerHistConfig();
+    EXPECT_EQ(ColorChannelR, pHist->channel);
+    EXPECT_FALSE(pHist->uniform) << "non-uniform bins in tuning";
+    EXPECT_EQ(StatsROISelectionCroppedFOV, pHist->ROISelection) << "the histogram's own ROI control";
+    EXPECT_EQ(1u, m_logs.Count("histogram uniformity configured to 0"));
+
+    // Tuning without statistics configuration returns to the defaults.
+    m_views.pStatsConfig = nullptr;
+    ApplyTuning();
+    EXPECT_EQ(15296u, Store().getBGBEConfig()->channelGainThreshold[0]);
+    EXPECT_EQ(64u, Store().getBGBEConfig()->horizontalRegionCount);
+    EXPECT_EQ(ColorChannelY, Store().getBayerHistConfig()->channel);
+    EXPECT_TRUE(Store().getBayerHistConfig()->uniform);
+}
+
+TEST_F(DataManagerTest, StatisticsTuningWithAZeroFirstThresholdIsNotUsedButItsUniformityIs)
+{
+    m_statsConfig.gridStatsConfig.maxStatsChannelThreshold[0] = 0.0F;
+    m_statsConfig.gridStatsConfig.maxStatsChannelThreshold[1] = 0.5F;
+    m_statsConfig.gridStatsConfig.bitDepth                    = 10;
+    m_histogram.colorChannel                                  = 1;
+    m_histogram.binUniformity                                 = 1;
+    m_statsConfig.histStatsConfig.histogramsCount             = 1;
+    m_statsConfig.histStatsConfig.histograms                  = &m_histogram;
+    m_views.pStatsConfig                                      = &m_statsConfig;
+    ApplyTuning();
+    EXPECT_EQ(15296u, Store().getBGBEConfig()->channelGainThreshold[1]);
+    EXPECT_EQ(14, Store().getBGBEConfig()->outputBitDepth);
+    EXPECT_EQ(ColorChannelY, Store().getBayerHistConfig()->channel);
+    EXPECT_FALSE(Store().getBayerHistConfig()->uniform) << "a tuning change takes the uniformity in any case";
+}
+
+TEST_F(DataManagerTest, StatisticsTuningThatCannotBeUsedGivesTheDefaults)
+{
+    m_statsConfig.gridStatsConfig.bitDepth = 40;
+    UseStatsTuning();
+    m_statsConfig.gridStatsConfig.bitDepth = 40;
+    ApplyTuning();
+    EXPECT_EQ(1u, m_logs.Count("Statistics tuning refused: bit depth 40 above 31; using the default configuration"));
+    EXPECT_EQ(15296u, Store().getBGBEConfig()->channelGainThreshold[0]);
+    EXPECT_EQ(14, Store().getBGBEConfig()->outputBitDepth);
+
+    m_statsConfig.gridStatsConfig.bitDepth        = 12;
+    m_statsConfig.histStatsConfig.histogramsCount = 0;
+    ApplyTuning();
+    EXPECT_EQ(1u, m_logs.Count("Statistics tuning refused: no histogram configuration; using the default "
+                               "configuration"));
+    EXPECT_EQ(64u, Store().getBGBEConfig()->horizontalRegionCount);
+    EXPECT_TRUE(Store().getBayerHistConfig()->uniform);
+}
+
+TEST_F(DataManagerTest, StatisticsThresholdsSaturateInsteadOfOverflowing)
+{
+    m_statsConfig.gridStatsConfig.maxStatsChannelThreshold[1] = 1e30F;
+    m_statsConfig.gridStatsConfig.minStatsChannelThreshold[1] = -3.0F;
+    UseStatsTuning();
+    m_statsConfig.gridStatsConfig.maxStatsChannelThreshold[1] = 1e30F;
+    m_statsConfig.gridStatsConfig.minStatsChannelThreshold[1] = -3.0F;
+    ApplyTuning();
+    EXPECT_EQ(std::numeric_limits<UINT32>::max(), Store().getBGBEConfig()->channelGainThreshold[1]);
+    EXPECT_EQ(0u, Store().getBGBEConfig()->minChannelLumaThreshold[1]);
+}
+
+class HistogramChannelTest : public DataManagerTest, public ::testing::WithParamInterface<std::pair<INT32, ColorChannel>>
+{
+};
+
+TEST_P(HistogramChannelTest, TunedChannelNumberSelectsTheHistogramChannel)
+{
+    UseStatsTuning();
+    m_histogram.colorChannel = GetParam().first;
+    ApplyTuning();
+    EXPECT_EQ(GetParam().second, Store().getBayerHistConfig()->channel);
+    const bool isMapped = (3 != GetParam().first) && (GetParam().first >= 0) && (GetParam().first <= 5);
+    EXPECT_EQ(isMapped ? 0u : 1u,
+              m_logs.Count("hist color channel not mapped: " + std::to_string(GetParam().first) + ", forcing to Y 6"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Channels, HistogramChannelTest,
+                         ::testing::Values(std::make_pair(0, ColorChannelR), std::make_pair(1, ColorChannelGR),
+                                           std::make_pair(2, ColorChannelGB), std::make_pair(3, ColorChannelY),
+                                           std::make_pair(4, ColorChannelB), std::make_pair(5, ColorChannelY),
+                                           std::make_pair(6, ColorChannelY), std::make_pair(-1, ColorChannelY)));
+
+// ---- Saturation thresholds, DRC, HDR3 ----
+
+class SaturationThresholdTest : public DataManagerTest
+{
+protected:
+    // A frame whose short exposure lies 10 index units above the safe one, with predictive gains 2 and 1.5.
+    void ProcessSaturatedFrame()
+    {
+        EnterModeWithStart(AECAlgoOperationModeStreaming);
+        ASSERT_EQ(AecSuccess, Store().saveCurrentFrameID(1));
+        AECFrameHistory history;
+        history.frameID        = 1;
+        history.expIndices[0]  = 110.0F;
+        history.expIndices[2]  = 100.0F;
+        history.predictiveGain = 2.0F;
+        history.predictiveADRC = 1.5F;
+        ASSERT_EQ(AecSuccess, Store().saveFrameHistoryInfo(history));
+    }
+
+    void UseSaturationControl(BOOL enable, BOOL predictive)
+    {
+        m_meteringView.ADRCSaturation.enableADRCSatCtrl       = enable;
+        m_meteringView.ADRCSaturation.enablePredictiveSatCtrl = predictive;
+        UseMeteringTuning();
+    }
+};
+
+TEST_F(SaturationThresholdTest, ThresholdsFollowTheShortExposureAndThePredictiveGains)
+{
+    UseSaturationControl(TRUE, FALSE);
+    ProcessSaturatedFrame();
+    FLOAT scale = powf(1.03F, 10.0F);
+    scale *= 2.0F * 1.5F;
+    const UINT32 expected = static_cast<UINT32>(15296.0F * scale);
+    EXPECT_NEAR(61669.0, static_cast<DOUBLE>(expected), 1.0) << "15296 x 1.03^10 x 3";
+    for (UINT32 channel = 0; channel < 4; channel++)
+    {
+        EXPECT_EQ(expected, Store().getBGBEConfig()->channelGainThreshold[channel]);
+    }
+}
+
+TEST_F(SaturationThresholdTest, PredictiveSaturationControlLeavesThePredictiveGainsOut)
+{
+    UseSaturationControl(TRUE, TRUE);
+    ProcessSaturatedFrame();
+    EXPECT_EQ(static_cast<UINT32>(15296.0F * powf(1.03F, 10.0F)), Store().getBGBEConfig()->channelGainThreshold[0]);
+    EXPECT_EQ(20556u, Store().getBGBEConfig()->channelGainThreshold[0]);
+}
+
+TEST_F(SaturationThresholdTest, ThresholdsStayWithoutControlOrWithoutHistory)
+{
+    UseSaturationControl(TRUE, FALSE);
+    EXPECT_EQ(15296u, Store().getBGBEConfig()->channelGainThreshold[0]) << "no start configuration yet";
+    UseSaturationControl(FALSE, FALSE);
+    ProcessSaturatedFrame();
+    EXPECT_EQ(15296u, Store().getBGBEConfig()->channelGainThreshold[0]);
+}
+
+TEST_F(SaturationThresholdTest, ThresholdsSaturateOnAHugeExposureSpread)
+{
+    UseSaturationControl(TRUE, TRUE);
+    EnterModeWithStart(AECAlgoOperationModeStreaming);
+    ASSERT_EQ(AecSuccess, Store().saveCurrentFrameID(1));
+    AECFrameHistory history;
+    history.frameID       = 1;
+    history.expIndices[0] = 5000.0F;
+    ASSERT_EQ(AecSuccess, Store().saveFrameHistoryInfo(history));
+    EXPECT_EQ(std::numeric_limits<UINT32>::max(), Store().getBGBEConfig()->channelGainThreshold[0]);
+}
+
+TEST_F(DataManagerTest, DRCIsEnabledByTuningInAutoModeUnlessDisabled)
+{
+    EXPECT_FALSE(Store().getDRCEnable()) << "without tuning";
+    m_meteringCore.mtrLumaTarget.histLumaTarget.enableADRC = TRUE;
+    UseMeteringTuning();
+    EXPECT_TRUE(Store().getDRCEnable());
+    EXPECT_EQ(1u, m_logs.Count("Enable:1 m_disableADRC:0 manualMode:0 tuning:1"));
+
+    Store().setADRCInfo(TRUE);
+    EXPECT_FALSE(Store().getDRCEnable());
+    Store().setADRCInfo(FALSE);
+
+    AECAlgoManualSetting manual = *Store().getManualSetting();
+    manual.manualMode           = AECAlgoModeManualExpTime;
+    manual.exposureTime         = 1000;
+    ASSERT_EQ(AecSuccess, Store().setManualSetting(manual));
+    EXPECT_FALSE(Store().getDRCEnable());
+
+    manual.manualMode = AECAlgoModeAuto;
+    ASSERT_EQ(AecSuccess, Store().setManualSetting(manual));
+    m_meteringCore.mtrLumaTarget.histLumaTarget.enableADRC = FALSE;
+    EXPECT_FALSE(Store().getDRCEnable());
+}
+
+TEST_F(DataManagerTest, HDR3IsOnWithTheSensorHDRMode)
+{
+    ASSERT_EQ(AecSuccess, Store().setMultiExposureSensorMode(SensorHDR));
+    EXPECT_TRUE(Store().getHDR3Enable());
+    ASSERT_EQ(AecSuccess, Store().setMultiExposureSensorMode(HDRDisabled));
+    EXPECT_FALSE(Store().getHDR3Enable());
+}
+
+// ---- Start exposure ----
+
+TEST_F(DataManagerTest, StartTargetsLieBelowTheStartIndicesByTheTunedEVOffset)
+{
+    m_meteringCore.mtrLumaTarget.EVLumaTarget.EVCompTable.EVCompTableElements[36] = 2.0F;
+    m_meteringCore.mtrLumaTarget.EVLumaTarget.EVCompTable.EVCompTableElements[48] = 4.0F;
+    UseMeteringTuning();
+    Store().SetEVCapability(-2, 2, 12);
+    ASSERT_EQ(AecSuccess, Store().setEVVal(12));
+    ASSERT_EQ(AecSuccess, Store().setOperationMode(AECAlgoOperationModeStreaming));
+
+    const FLOAT indices[3] = {100.0F, 110.0F, 120.0F};
+    Store().saveStartExposure(indices, 50.0F);
+    const AECFrameHistory* pStart = Store().getFrameHistory(0);
+    ASSERT_NE(nullptr, pStart);
+    // EV +1 at 12 steps per EV is step 36 counted from -2 EV: multiplier 2, one stop.
+    const FLOAT offset = IndexOfRatio(2.0);
+    EXPECT_NEAR(23.4498F, offset, 1e-3F);
+    EXPECT_FLOAT_EQ(100.0F - offset, pStart->expIndicesTargets[0]);
+    EXPECT_FLOAT_EQ(120.0F - offset, pStart->expIndicesTargets[2]);
+    EXPECT_FLOAT_EQ(120.0F, pStart->sHDRExpIndices[2]);
+    EXPECT_FLOAT_EQ(1.0F, pStart->previewEV);
+    EXPECT_FLOAT_EQ(50.0F, pStart->luxIndex);
+    EXPECT_FLOAT_EQ(-1.0F, pStart->luma);
+    EXPECT_EQ(1u, m_logs.CountContaining("cur EV 1.0 EV offset 23.4 op 1"));
+
+    // A value beyond the capabilities takes the last step.
+    ASSERT_EQ(AecSuccess, Store().setEVVal(40));
+    Store().saveStartExposure(indices, 50.0F);
+    EXPECT_FLOAT_EQ(120.0F - IndexOfRatio(4.0), Store().getFrameHistory(0)->expIndicesTargets[2]);
+}
+
+TEST_F(DataManagerTest, PreflashStartTargetsHaveNoEVOffset)
+{
+    m_meteringCore.mtrLumaTarget.EVLumaTarget.EVCompTable.EVCompTableElements[36] = 2.0F;
+    UseMeteringTuning();
+    Store().SetEVCapability(-2, 2, 12);
+    ASSERT_EQ(AecSuccess, Store().setEVVal(12));
+    ASSERT_EQ(AecSuccess, Store().setOperationMode(AECAlgoOperationModeStreaming));
+    ASSERT_EQ(AecSuccess, Store().setOperationMode(AECAlgoOperationModePreflash));
+    const FLOAT indices[3] = {100.0F, 110.0F, 120.0F};
+    Store().saveStartExposure(indices, 50.0F);
+    EXPECT_FLOAT_EQ(120.0F, Store().getFrameHistory(0)->expIndicesTargets[2]);
+    EXPECT_FLOAT_EQ(0.0F, Store().getFrameHistory(0)->previewEV);
+}
+
+TEST_F(DataManagerTest, StartTargetsIgnoreANonPositiveEVMultiplier)
+{
+    UseMeteringTuning();
+    Store().SetEVCapability(-2, 2, 12);
+    ASSERT_EQ(AecSuccess, Store().setEVVal(12));
+    ASSERT_EQ(AecSuccess, Store().setOperationMode(AECAlgoOperationModeStreaming));
+    const FLOAT indices[3] = {100.0F, 110.0F, 120.0F};
+    Store().saveStartExposure(indices, 50.0F);
+    EXPECT_FLOAT_EQ(120.0F, Store().getFrameHistory(0)->expIndicesTargets[2]);
+    EXPECT_EQ(1u, m_logs.Count("EV compensation multiplier 0.000000 at step 36 is not positive: no EV offset"));
+}
+
+// ---- Exposure tables ----
+
+TEST_F(DataManagerTest, ExposureTableIDSelectsATunedTableOrFallsBackOnTableZero)
+{
+    m_arbitrationCore.expTablesCount = 2;
+    m_arbitrationCore.expTables      = m_tables;
+    m_arbitrationView.pCore          = &m_arbitrationCore;
+    m_views.pArb                     = &m_arbitrationView;
+    ApplyTuning();
+
+    EXPECT_EQ(&m_tables[0], Store().getExposureTableFromTableID(0));
+    EXPECT_EQ(&m_tables[1], Store().getExposureTableFromTableID(1));
+    EXPECT_EQ(&m_tables[0], Store().getExposureTableFromTableID(2));
+    EXPECT_EQ(1u, m_logs.Count("Invalid exposure table ID 2 (table count 2), using table 0"));
+    EXPECT_EQ(&m_tables[0], Store().getExposureTableFromTableID(-1));
+    EXPECT_EQ(&m_tables[0], Store().getExposureTableFromTableID(100)) << "no valid custom table";
+
+    ASSERT_EQ(AecSuccess, Store().setCustomExposureTable(ThreeKneeTable()));
+    EXPECT_EQ(&Store().getCustomExposureTableInfo()->expTable, Store().getExposureTableFromTableID(100));
+
+    m_arbitrationCore.expTablesCount = 0;
+    EXPECT_EQ(nullptr, Store().getExposureTableFromTableID(1));
+    EXPECT_EQ(1u, m_logs.Count("Exposure table 1 requested, but the tuning holds no exposure table"));
+}
+
+TEST_F(DataManagerTest, CustomTableDerivesItsIndicesFromTheKneesAndIgnoresTheHostIndices)
+{
+    TableAdopter adopter(m_pStore.get());
+    Store().addComponent(&adopter);
+    ASSERT_EQ(AecSuccess, Store().setCustomExposureTable(ThreeKneeTable()));
+    EXPECT_EQ(1u, adopter.events);
+    EXPECT_EQ(1u, m_logs.Count("Custom Exposure Table is Valid, hence set and stored in data manager"));
+
+    const AECCustomExposureTableInfo* pInfo = Store().getCustomExposureTableInfo();
+    ASSERT_TRUE(pInfo->isValid);
+    const aecArbitration::ExposureTableType& rTable = pInfo->expTable;
+    EXPECT_EQ(&rTable, Store().getExposureTableFromTableID(100));
+    ASSERT_EQ(3u, rTable.expKneeEntriesCount);
+    ASSERT_NE(nullptr, rTable.expKneeEntries);
+    EXPECT_FLOAT_EQ(1.5F, rTable.sensitivityCorrectionFactor);
+    EXPECT_FLOAT_EQ(0.9F, rTable.thresAntiBandingMinExpTimePct);
+    EXPECT_FLOAT_EQ(0.0F, rTable.expKneeEntries[0].expIndex);
+    EXPECT_FLOAT_EQ(IndexOfRatio(2.0), rTable.expKneeEntries[1].expIndex);
+    EXPECT_FLOAT_EQ(IndexOfRatio(2.0) + IndexOfRatio(4.0), rTable.expKneeEntries[2].expIndex);
+    EXPECT_NEAR(70.349F, rTable.expKneeEntries[2].expIndex, 1e-3F);
+    EXPECT_EQ(aecglobalelements::AECExpIncGain, rTable.expKneeEntries[0].incrementPriority);
+    EXPECT_EQ(aecglobalelements::AECExpIncExpTime, rTable.expKneeEntries[1].incrementPriority);
+    EXPECT_EQ(aecglobalelements::AECExpIncExpTime, rTable.expKneeEntries[2].incrementPriority);
+    EXPECT_EQ(4000000u, rTable.expKneeEntries[2].expTime);
+    EXPECT_FLOAT_EQ(2.0F, rTable.expKneeEntries[2].gain);
+
+    // The same table again is no change, even with other host indices and another non-zero priority.
+    AECCustomExposureTable same = ThreeKneeTable();
+    same.expIndex[1]            = 5.0F;
+    same.incrementPriority[1]   = 1;
+    ASSERT_EQ(AecSuccess, Store().setCustomExposureTable(same));
+    EXPECT_EQ(1u, adopter.events);
+
+    // A longer table takes a new knee array.
+    AECCustomExposureTable longer = ThreeKneeTable();
+    longer.kneeCount              = 4;
+    longer.gain[3]                = 8.0F;
+    longer.expTime[3]             = 4000000;
+    ASSERT_EQ(AecSuccess, Store().setCustomExposureTable(longer));
+    EXPECT_EQ(2u, adopter.events);
+    ASSERT_EQ(4u, rTable.expKneeEntriesCount);
+    EXPECT_FLOAT_EQ(rTable.expKneeEntries[2].expIndex + IndexOfRatio(4.0), rTable.expKneeEntries[3].expIndex);
+}
+
+TEST_F(DataManagerTest, CustomTableOfFiftyKneesIsRefusedAlthoughFiftyIsNamedAsMaximum)
+{
+    TableAdopter adopter(m_pStore.get());
+    Store().addComponent(&adopter);
+    ASSERT_EQ(AecSuccess, Store().setCustomExposureTable(ThreeKneeTable()));
+
+    AECCustomExposureTable fifty = ThreeKneeTable();
+    fifty.kneeCount              = 50;
+    for (UINT32 knee = 0; knee < 50; knee++)
+    {
+        fifty.gain[knee]    = 1.0F + static_cast<FLOAT>(knee);
+        fifty.expTime[knee] = 1000;
+    }
+    ASSERT_EQ(AecSuccess, Store().setCustomExposureTable(fifty));
+    EXPECT_EQ(1u, m_logs.Count("Invalid Custom Exposure Table Size, Size = 50, Min = 2, Max Size = 50"));
+    EXPECT_EQ(1u, adopter.events);
+    EXPECT_TRUE(Store().getCustomExposureTableInfo()->isValid) << "the table in force stays";
+    EXPECT_EQ(3u, Store().getCustomExposureTableInfo()->expTable.expKneeEntriesCount);
+
+    fifty.kneeCount = 49;
+    ASSERT_EQ(AecSuccess, Store().setCustomExposureTable(fifty));
+    EXPECT_EQ(2u, adopter.events);
+    EXPECT_EQ(49u, Store().getCustomExposureTableInfo()->expTable.expKneeEntriesCount);
+
+    AECCustomExposureTable single = ThreeKneeTable();
+    single.kneeCount              = 1;
+    ASSERT_EQ(AecSuccess, Store().setCustomExposureTable(single));
+    EXPECT_EQ(1u, m_logs.Count("Invalid Custom Exposure Table Size, Size = 1, Min = 2, Max Size = 50"));
+}
+
+TEST_F(DataManagerTest, InvalidCustomTableWhileTheStoredOneIsInvalidChangesNothing)
+{
+    TableAdopter adopter(m_pStore.get());
+    Store().addComponent(&adopter);
+    AECCustomExposureTable invalid = ThreeKneeTable();
+    invalid.isValid                = FALSE;
+    ASSERT_EQ(AecSuccess, Store().setCustomExposureTable(invalid));
+    EXPECT_EQ(0u, adopter.events);
+    EXPECT_EQ(0u, m_logs.CountContaining("Custom Exposure Table is"));
+    EXPECT_FALSE(Store().getCustomExposureTableInfo()->isValid);
+    EXPECT_EQ(0u, Store().getCustomExposureTableInfo()->expTable.expKneeEntriesCount);
+
+    // After a valid one, an invalid table returns to the tuned tables.
+    ASSERT_EQ(AecSuccess, Store().setCustomExposureTable(ThreeKneeTable()));
+    ASSERT_EQ(AecSuccess, Store().setCustomExposureTable(invalid));
+    EXPECT_EQ(2u, adopter.events);
+    EXPECT_EQ(1u, m_logs.Count("Custom Exposure Table is not Valid, hence changed to Tunning Exposure Tables"));
+    EXPECT_FALSE(Store().getCustomExposureTableInfo()->isValid);
+    EXPECT_EQ(nullptr, Store().getExposureTableFromTableID(100)) << "no tuning to fall back on";
+}
+
+TEST_F(DataManagerTest, CustomTableWithANotANumberIsRefused)
+{
+    AECCustomExposureTable table = ThreeKneeTable();
+    table.gain[0]                = std::numeric_limits<FLOAT>::quiet_NaN();
+    ASSERT_EQ(AecSuccess, Store().setCustomExposureTable(table));
+    EXPECT_EQ(1u, m_logs.CountContaining("Index:0, EI: 999.000000, Invalid Gain: "));
+    EXPECT_FALSE(Store().getCustomExposureTableInfo()->isValid);
+
+    table                             = ThreeKneeTable();
+    table.sensitivityCorrectionFactor = std::numeric_limits<FLOAT>::quiet_NaN();
+    ASSERT_EQ(AecSuccess, Store().setCustomExposureTable(table));
+    EXPECT_EQ(1u, m_logs.CountContaining("Invalid Sensitivity Correction Factor: "));
+    EXPECT_FALSE(Store().getCustomExposureTableInfo()->isValid);
+}
+
+// ---- Table sensitivity rebase ----
+
+class TableSensitivityTest : public DataManagerTest
+{
+protected:
+    // Start configuration and two frames taken with a table of sensitivity 1.
+    void RecordHistoryAtSensitivityOne()
+    {
+        Store().setSensitivity(1.0F);
+        EnterModeWithStart(AECAlgoOperationModeStreaming);
+        for (UINT64 frameID = 1; frameID <= 2; frameID++)
+        {
+            ASSERT_EQ(AecSuccess, Store().saveCurrentFrameID(frameID));
+            AECFrameHistory history;
+            history.frameID              = frameID;
+            history.expIndices[2]        = 200.0F;
+            history.expIndicesTargets[2] = 210.0F;
+            history.luxIndex             = 300.0F;
+            ASSERT_EQ(AecSuccess, Store().saveFrameHistoryInfo(history));
+        }
+    }
+};
+
+TEST_F(TableSensitivityTest, CustomTableRebasesTheHistoryOnTheNewTableSensitivity)
+{
+    TableAdopter adopter(m_pStore.get());
+    adopter.sensitivity = 2.0F;
+    Store().addComponent(&adopter);
+    RecordHistoryAtSensitivityOne();
+    ASSERT_EQ(AecSuccess, Store().setCustomExposureTable(ThreeKneeTable()));
+
+    // Twice the table sensitivity: the same exposure lies one stop lower in the new table.
+    const FLOAT            offset  = IndexOfRatio(0.5);
+    const AECFrameHistory* pNewest = Store().getFrameHistory(0);
+    EXPECT_FLOAT_EQ(200.0F + offset, pNewest->expIndices[2]);
+    EXPECT_FLOAT_EQ(210.0F + offset, pNewest->expIndicesTargets[2]);
+    EXPECT_FLOAT_EQ(300.0F + offset, pNewest->luxIndex);
+    EXPECT_FLOAT_EQ(2.0F, pNewest->tableSensitivity);
+    EXPECT_FLOAT_EQ(200.0F + offset, Store().getFrameHistory(1)->expIndices[2]);
+    EXPECT_EQ(3u, m_logs.Count("table sensitivity has changed: adding offset -23.4 curr SI 2.0 frame SI 1.0"))
+        << "start configuration and both frames";
+
+    // Nothing to do when the sensitivity stays.
+    ASSERT_EQ(AecSuccess, Store().setCustomExposureTable(ThreeKneeTable()));
+    AECCustomExposureTable longer = ThreeKneeTable();
+    longer.kneeCount              = 4;
+    longer.gain[3]                = 4.0F;
+    longer.expTime[3]             = 4000000;
+    ASSERT_EQ(AecSuccess, Store().setCustomExposureTable(longer));
+    EXPECT_FLOAT_EQ(200.0F + offset, Store().getFrameHistory(0)->expIndices[2]);
+}
+
+TEST_F(TableSensitivityTest, CompensatedLuxIndexStaysOnATuningChange)
+{
+    RecordHistoryAtSensitivityOne();
+    m_meteringCore.mtrLumaCalc.indexCalc.enableLuxIndexComp = 1;
+    Store().setSensitivity(0.5F);
+    UseMeteringTuning();
+    const FLOAT offset = IndexOfRatio(2.0);
+    EXPECT_FLOAT_EQ(200.0F + offset, Store().getFrameHistory(0)->expIndices[2]);
+    EXPECT_FLOAT_EQ(300.0F, Store().getFrameHistory(0)->luxIndex);
+}
+
+TEST_F(TableSensitivityTest, HistoryWithoutAStartConfigurationOrSensitivityIsNotRebased)
+{
+    Store().setSensitivity(2.0F);
+    ApplyTuning();
+    EXPECT_EQ(0u, m_logs.CountContaining("table sensitivity has changed"));
+
+    RecordHistoryAtSensitivityOne();
+    ASSERT_EQ(AecSuccess, Store().saveCurrentFrameID(3));
+    AECFrameHistory unknown;
+    unknown.frameID          = 3;
+    unknown.tableSensitivity = 0.0F;
+    unknown.expIndices[2]    = 200.0F;
+    ASSERT_EQ(AecSuccess, Store().saveFrameHistoryInfo(unknown));
+    Store().setSensitivity(2.0F);
+    ApplyTuning();
+    EXPECT_FLOAT_EQ(200.0F, Store().getFrameHistory(0)->expIndices[2]) << "a record without sensitivity";
+    EXPECT_FLOAT_EQ(200.0F + IndexOfRatio(0.5), Store().getFrameHistory(1)->expIndices[2]);
+}
+
+// ---- Multi-camera ----
+
+struct MtrExpRow
+{
+    INT32                       tuned;
+    AECAlgoMultiCamMeteringType metering;
+    AECAlgoMultiCamExposureType exposure;
+};
+
+class MtrExpMappingTest : public DataManagerTest,
+                          public ::testing::WithParamInterface<std::tuple<MtrExpRow, StatsAlgoRole>>
+{
+};
+
+TEST_P(MtrExpMappingTest, RoleTakesTheTunedKindsOfItsRow)
+{
+    const MtrExpRow     row  = std::get<0>(GetParam());
+    const StatsAlgoRole role = std::get<1>(GetParam());
+    // The other role's entry is unusable: the mapping must read the entry of the role being set.
+    if (StatsAlgoRoleSlave == role)
+    {
+        UseMtrAndExpModeTuning(99, row.tuned);
+    }
+    else
+    {
+        UseMtrAndExpModeTuning(row.tuned, 99);
+    }
+    SetRole(3, role);
+    EXPECT_EQ(role, Store().getCameraInfo()->algoRole);
+    EXPECT_EQ(row.metering, Store().getMeteringType());
+    EXPECT_EQ(row.exposure, Store().getExposureType());
+    EXPECT_EQ(1u, m_logs.Count("Metering set to " + std::to_string(row.metering) + " exposure set to " +
+                               std::to_string(row.exposure)));
+    EXPECT_EQ(1u, m_logs.Count("CID: 3, Role changed to " + std::to_string(role) + ", from 0"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, MtrExpMappingTest,
+    ::testing::Combine(
+        ::testing::Values(MtrExpRow{0, AECAlgoMeteringIndependent, AECAlgoExposureIndependent},
+                          MtrExpRow{1, AECAlgoMeteringIndependent, AECAlgoExposureFollow},
+                          MtrExpRow{2, AECAlgoMeteringIndependent, AECAlgoExposureIndependent},
+                          MtrExpRow{3, AECAlgoMeteringMix, AECAlgoExposureIndependent},
+                          MtrExpRow{4, AECAlgoMeteringIndependent, AECAlgoExposureDynamic}),
+        ::testing::Values(StatsAlgoRoleMaster, StatsAlgoRoleSlave)));
+
+TEST_F(DataManagerTest, RoleChangeBeforeTuningIsLostUnlessRepeated)
+{
+    SetRole(3, StatsAlgoRoleSlave);
+    EXPECT_EQ(3u, Store().getCameraInfo()->cameraId) << "the camera ID is taken at once";
+    EXPECT_EQ(StatsAlgoRoleDefault, Store().getCameraInfo()->algoRole);
+    EXPECT_EQ(0u, m_logs.CountContaining("Role changed"));
+
+    UseMtrAndExpModeTuning(0, 1);
+    EXPECT_EQ(StatsAlgoRoleDefault, Store().getCameraInfo()->algoRole) << "tuning does not bring the role back";
+    EXPECT_EQ(AECAlgoExposureIndependent, Store().getExposureType());
+
+    SetRole(3, StatsAlgoRoleSlave);
+    EXPECT_EQ(StatsAlgoRoleSlave, Store().getCameraInfo()->algoRole);
+    EXPECT_EQ(AECAlgoExposureFollow, Store().getExposureType());
+
+    // The same role again maps nothing.
+    m_logs.Clear();
+    SetRole(3, StatsAlgoRoleSlave);
+    EXPECT_EQ(0u, m_logs.CountContaining("Metering set to"));
+}
+
+TEST_F(DataManagerTest, UnknownTunedMtrExpConfigurationKeepsRoleAndKinds)
+{
+    UseMtrAndExpModeTuning(9, 9);
+    SetRole(5, StatsAlgoRoleMaster);
+    EXPECT_EQ(StatsAlgoRoleDefault, Store().getCameraInfo()->algoRole);
+    EXPECT_EQ(AECAlgoMeteringIndependent, Store().getMeteringType());
+    EXPECT_EQ(AECAlgoExposureIndependent, Store().getExposureType());
+    EXPECT_EQ(1u, m_logs.Count("Unknown metering and exposure configuration 9 in tuning; kinds unchanged"));
+}
+
+TEST_F(DataManagerTest, MasterSelectsTheFirstActivePeerOfAnotherCamera)
+{
+    UseMtrAndExpModeTuning(0, 1);
+    SetRole(3, StatsAlgoRoleMaster);
+    AECMultiCamInfo    peers[4] = {};
+    StatsPeerInfoCombo combo    = {};
+    combo.needSync              = TRUE;
+    const UINT32 ids[4]         = {3, 5, 7, 9};
+    const BOOL   active[4]      = {TRUE, FALSE, TRUE, TRUE};
+    for (UINT32 i = 0; i < 4; i++)
+    {
+        combo.isActive[i]  = active[i];
+        combo.cameraId[i]  = ids[i];
+        combo.algoRole[i]  = StatsAlgoRoleSlave;
+        combo.pPeerInfo[i] = &peers[i];
+    }
+    const AECMultiCamInfo* pPeer = nullptr;
+    EXPECT_EQ(AecSuccess, Store().MapMultiCamPeerInfo(&combo, &pPeer));
+    EXPECT_EQ(&peers[2], pPeer);
+    EXPECT_EQ(1u, m_logs.Count("CID:3, Role:MASTER, Selecting the Slave of CID:7"));
+
+    combo.isActive[2] = FALSE;
+    combo.isActive[3] = FALSE;
+    pPeer             = nullptr;
+    EXPECT_EQ(AecError, Store().MapMultiCamPeerInfo(&combo, &pPeer));
+    EXPECT_EQ(nullptr, pPeer);
+    EXPECT_EQ(1u, m_logs.Count("CID:3, Slave Info is not found"));
+}
+
+TEST_F(DataManagerTest, SlaveFollowsTheFirstActiveMaster)
+{
+    UseMtrAndExpModeTuning(0, 1);
+    SetRole(4, StatsAlgoRoleSlave);
+    AECMultiCamInfo    peers[4] = {};
+    StatsPeerInfoCombo combo    = {};
+    combo.needSync              = TRUE;
+    const UINT32        ids[4]   = {4, 9, 3, 2};
+    const StatsAlgoRole roles[4] = {StatsAlgoRoleSlave, StatsAlgoRoleMaster, StatsAlgoRoleMaster, StatsAlgoRoleMaster};
+    const BOOL          active[4] = {TRUE, FALSE, TRUE, TRUE};
+    for (UINT32 i = 0; i < 4; i++)
+    {
+        combo.isActive[i]  = active[i];
+        combo.cameraId[i]  = ids[i];
+        combo.algoRole[i]  = roles[i];
+        combo.pPeerInfo[i] = &peers[i];
+    }
+    const AECMultiCamInfo* pPeer = nullptr;
+    EXPECT_EQ(AecSuccess, Store().MapMultiCamPeerInfo(&combo, &pPeer));
+    EXPECT_EQ(&peers[2], pPeer);
+    EXPECT_EQ(1u, m_logs.Count("CID:4, Role:SLAVE, Following Master CamID:3"));
+
+    combo.algoRole[2] = StatsAlgoRoleSlave;
+    combo.algoRole[3] = StatsAlgoRoleSlave;
+    EXPECT_EQ(AecError, Store().MapMultiCamPeerInfo(&combo, &pPeer));
+    EXPECT_EQ(1u, m_logs.Count("CID:4, Master Info is not found"));
+}
+
+TEST_F(DataManagerTest, DefaultRoleSelectsNoPeer)
+{
+    StatsPeerInfoCombo combo = {};
+    AECMultiCamInfo    peer  = {};
+    combo.needSync           = TRUE;
+    combo.isActive[0]        = TRUE;
+    combo.cameraId[0]        = 1;
+    combo.pPeerInfo[0]       = &peer;
+    const AECMultiCamInfo* pPeer = nullptr;
+    EXPECT_EQ(AecError, Store().MapMultiCamPeerInfo(&combo, &pPeer));
+    EXPECT_EQ(nullptr, pPeer);
+}
+
+TEST_F(DataManagerTest, OTPCalibrationGivesTheCompensationMultiplierOnce)
+{
+    AECAlgoDCCalibrationInfo calibration  = {};
+    calibration.relative.brightnessRatio  = 2.0F;
+    calibration.relative.slaveGain        = 3.0F;
+    calibration.relative.slaveTimeUnit    = 4.0F;
+    calibration.relative.masterGain       = 1.5F;
+    calibration.relative.masterTimeUnit   = 2.0F;
+
+    AECAlgoDCCalibrationInfo zero = calibration;
+    zero.relative.masterGain      = 0.0F;
+    EXPECT_EQ(AecError, Store().setDCCalibrationInfo(zero));
+    EXPECT_EQ(1u, m_logs.Count("Incorrect OTP data"));
+    zero.relative.masterGain = std::numeric_limits<FLOAT>::quiet_NaN();
+    EXPECT_EQ(AecError, Store().setDCCalibrationInfo(zero));
+    EXPECT_EQ(2u, m_logs.Count("Incorrect OTP data"));
+
+    // (3 x 4) / (1.5 x 2 x 2)
+    EXPECT_EQ(AecSuccess, Store().setDCCalibrationInfo(calibration));
+    EXPECT_EQ(AECAlgoDualcamOTPSet, Store().getDCCalibrationInfo().OTPStatus);
+    EXPECT_FLOAT_EQ(2.0F, Store().getDCCalibrationInfo().OTPExpCompMultiplier);
+    EXPECT_EQ(1u, m_logs.Count("AEC-OTP calibrated compensation multiplier:2.000000"));
+
+    calibration.relative.slaveGain = 6.0F;
+    EXPECT_EQ(AecSuccess, Store().setDCCalibrationInfo(calibration));
+    EXPECT_EQ(1u, m_logs.Count("OTP data already set, skip update"));
+    EXPECT_FLOAT_EQ(2.0F, Store().getDCCalibrationInfo().OTPExpCompMultiplier);
+
+    // Own calibration wins over the peer's.
+    AECMultiCamInfo peer              = {};
+    peer.OTPInfo.OTPStatus            = AECAlgoDualcamOTPSet;
+    peer.OTPInfo.OTPExpCompMultiplier = 4.0F;
+    Store().setPeerInfo(&peer);
+    EXPECT_EQ(AECAlgoDualcamOTPSet, Store().getDCCalibrationInfo().OTPStatus);
+    EXPECT_FLOAT_EQ(2.0F, Store().getDCCalibrationInfo().OTPExpCompMultiplier);
+}
+
+TEST_F(DataManagerTest, PeerCalibrationIsUsedOnlyWhenSetWithAPositiveMultiplier)
+{
+    AECMultiCamInfo peer              = {};
+    peer.OTPInfo.OTPStatus            = AECAlgoDualcamOTPSetUsingPeer;
+    peer.OTPInfo.OTPExpCompMultiplier = 4.0F;
+    Store().setPeerInfo(&peer);
+    EXPECT_EQ(AECAlgoDualcamOTPInvalid, Store().getDCCalibrationInfo().OTPStatus);
+    peer.OTPInfo.OTPStatus            = AECAlgoDualcamOTPSet;
+    peer.OTPInfo.OTPExpCompMultiplier = 0.0F;
+    Store().setPeerInfo(&peer);
+    EXPECT_EQ(AECAlgoDualcamOTPInvalid, Store().getDCCalibrationInfo().OTPStatus);
+    Store().setPeerInfo(nullptr);
+    EXPECT_EQ(nullptr, Store().getPeerInfo());
 }
 
 } // namespace

@@ -1,20 +1,39 @@
 // The per-camera state store of the core: settings, tuning views, frame history, ROIs and multi-camera exchange.
 #include "aec/core/base/caeccoredatamanager.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <iterator>
+#include <limits>
 
 #include "platform/statslogger.h"
+#include "platform/velaallocator.h"
 
 namespace
 {
 
-// Statistics configuration used until the statistics tuning provides one.
+// Statistics configuration without statistics tuning.
 constexpr UINT32 DefaultChannelGainThreshold = 15296;
 constexpr UINT32 DefaultGridColumns          = 64;
 constexpr UINT32 DefaultGridRows             = 48;
 constexpr UINT8  DefaultGridBitDepth         = 14;
+// Grid channels: R, Gr, Gb, B.
+constexpr UINT32 GridChannelCount = 4;
+// The widest bit depth whose full scale (1U << depth) a UINT32 holds.
+constexpr UINT32 MaxStatsBitDepth = 31;
+
+// Entries of the EV compensation table of the luma target: one per EV step from the lowest EV.
+constexpr INT32 EVCompTableSize = 49;
+
+// Table ID of the application's custom exposure table.
+constexpr aecglobalelements::ExposureTableIDType CustomExposureTableID = 100;
+// Knee counts a custom exposure table may have; the upper bound is exclusive although it is what is reported.
+constexpr UINT32 MinCustomTableKnees = 2;
+constexpr UINT32 MaxCustomTableKnees = AECORE_CUSTOM_EXPOSURE_TABLE_KNEES;
+
+// Base of the exposure index: sensitivity ratio of one index unit.
+constexpr FLOAT AECIndexBase = 1.03F;
 
 // Index units of a linear ratio: index delta = log10(ratio) x this.
 constexpr DOUBLE AECIndexPerLog10 = 77.89852905273438;
@@ -28,6 +47,55 @@ struct AECTuningModeSelector
     UINT32 mode;
     UINT32 subMode;
 };
+
+// Converts to UINT32, saturating at both ends: an out-of-range float conversion is undefined. NaN gives 0.
+UINT32 ToUINT32Saturated(DOUBLE value)
+{
+    if (!(value > 0.0))
+    {
+        return 0;
+    }
+    constexpr DOUBLE maxValue = static_cast<DOUBLE>(std::numeric_limits<UINT32>::max());
+    return (value >= maxValue) ? std::numeric_limits<UINT32>::max() : static_cast<UINT32>(value);
+}
+
+// Histogram channel of the statistics tuning's channel number; FALSE when the number has no channel.
+BOOL MapHistogramChannel(INT32 tunedChannel, ColorChannel* pChannel)
+{
+    switch (tunedChannel)
+    {
+        case 0: *pChannel = ColorChannelR; return TRUE;
+        case 1: *pChannel = ColorChannelGR; return TRUE;
+        case 2: *pChannel = ColorChannelGB; return TRUE;
+        case 4: *pChannel = ColorChannelB; return TRUE;
+        case 5: *pChannel = ColorChannelY; return TRUE;
+        default: return FALSE;
+    }
+}
+
+typedef aecStatsConfig::BHistStatsConfigType HistogramTuning;
+
+// The histogram entry that configures the Bayer histogram; null without statistics tuning or histograms.
+const HistogramTuning* FirstHistogram(const aecStatsConfig::AECStatsConfig* pTuning)
+{
+    if ((nullptr == pTuning) || (0 == pTuning->histStatsConfig.histogramsCount))
+    {
+        return nullptr;
+    }
+    return pTuning->histStatsConfig.histograms;
+}
+
+// Uniform bins unless the tuning asks for bin uniformity.
+BOOL IsUniformHistogram(const HistogramTuning& rHistogram)
+{
+    return (0 == rHistogram.binUniformity) ? TRUE : FALSE;
+}
+
+// Full field of view when the tuning's ROI control is set, else the crop window.
+StatsROISelection ROISelectionOf(INT32 ROIConfigControl)
+{
+    return (0 != ROIConfigControl) ? StatsROISelectionFullFOV : StatsROISelectionCroppedFOV;
+}
 
 // Operation modes whose last frame the next mode may start from.
 BOOL IsStreamingTypeMode(AECAlgoOperationModeType mode)
@@ -81,7 +149,7 @@ CAECCoreDataManager::CAECCoreDataManager()
     , m_dualcamCalibrationInfo()
     , m_MultiExpSensorMode(HDRDisabled)
     , m_dcgMode()
-    , m_customExposureTable()
+    , m_customExposureTableInfo()
     , m_HDR3Type(HDR3ExposureTypeUnknown)
     , m_DRCGainHDR3(0.0F)
     , m_cropWindow()
@@ -143,7 +211,10 @@ CAECCoreDataManager::CAECCoreDataManager()
     InitStatsConfig();
 }
 
-CAECCoreDataManager::~CAECCoreDataManager() = default;
+CAECCoreDataManager::~CAECCoreDataManager()
+{
+    VelaFree(m_customExposureTableInfo.expTable.expKneeEntries);
+}
 
 // ---- Components ----
 
@@ -198,10 +269,13 @@ VOID CAECCoreDataManager::saveStartExposure(const FLOAT* pExpIndices, FLOAT luxI
     }
 
     // The targets lie below the start indices by the EV compensation in force, except in preflash.
-    // Later stage: the offset is log10 of the multiplier of the metering tuning's EV compensation table
-    // times the index constant; without tuning the multiplier is 1 and the offset 0.
-    const FLOAT offset = 0.0F;
-    const FLOAT EV     = (AECAlgoOperationModePreflash != m_opMode) ? m_contextEV.EV : 0.0F;
+    FLOAT offset = 0.0F;
+    FLOAT EV     = 0.0F;
+    if (AECAlgoOperationModePreflash != m_opMode)
+    {
+        offset = getStartEVOffset();
+        EV     = m_contextEV.EV;
+    }
 
     for (UINT32 i = 0; i < AECAlgoExposureCount; i++)
     {
@@ -218,6 +292,28 @@ VOID CAECCoreDataManager::saveStartExposure(const FLOAT* pExpIndices, FLOAT luxI
                  rStart.expIndices[0], rStart.expIndices[1], rStart.expIndices[2], rStart.expIndicesTargets[0],
                  rStart.expIndicesTargets[1], rStart.expIndicesTargets[2], EV, offset, m_opMode,
                  m_lockContext.lockState);
+}
+
+FLOAT CAECCoreDataManager::getStartEVOffset() const
+{
+    const MeteringTuningDataType* pMtr = m_tuningViews.pMtr;
+    if ((nullptr == pMtr) || (nullptr == pMtr->pCore))
+    {
+        return 0.0F;
+    }
+    const AECAlgoEVCapabilities& rCaps = m_contextEV.capabilities;
+    const INT32 lowest  = static_cast<INT32>(rCaps.minEV) * rCaps.stepsPerEV;
+    const INT32 highest = static_cast<INT32>(rCaps.maxEV) * rCaps.stepsPerEV;
+    // Capabilities with the lowest EV above the highest would make the clamp below undefined.
+    const INT32 uiVal = (lowest <= highest) ? std::clamp(m_contextEV.EVUIVal, lowest, highest) : lowest;
+    const INT32 index = std::clamp(uiVal - lowest, 0, EVCompTableSize - 1);
+    const FLOAT mult  = pMtr->pCore->mtrLumaTarget.EVLumaTarget.EVCompTable.EVCompTableElements[index];
+    if (!(mult > 0.0F))
+    {
+        AEC_LOG_ERROR("EV compensation multiplier %f at step %d is not positive: no EV offset", mult, index);
+        return 0.0F;
+    }
+    return static_cast<FLOAT>(std::log10(static_cast<DOUBLE>(mult)) * AECIndexPerLog10);
 }
 
 AecResult CAECCoreDataManager::saveCurrentFrameID(UINT64 frameID)
@@ -274,8 +370,90 @@ BOOL CAECCoreDataManager::isFrameHistoryEmpty() const
 
 VOID CAECCoreDataManager::processROIsPerFrame()
 {
-    // Later stage: face presence debouncing needs the hold times of the face tuning; until then the
-    // filtered faces stay as they are.
+    FaceROIProcInfo& rFace     = m_faceROIs;
+    const BOOL       hasFaces  = (0 != rFace.inputROIPriority.Size()) ? TRUE : FALSE;
+    const FLOAT      frameTime = 1.0F / std::max(m_arbitrationContext.currentFPS, 1.0F);
+    rFace.faceStatusDuration += frameTime;
+
+    // A change of face presence takes effect only once it has lasted the tuned hold time, so that a face
+    // detector flickering for a frame or two does not move the exposure.
+    if (((FALSE != rFace.isActiveFace) ? TRUE : FALSE) != hasFaces)
+    {
+        rFace.faceHintDuration += frameTime;
+        if (rFace.faceHintDuration > getFaceHoldTime())
+        {
+            rFace.isActiveFace       = hasFaces;
+            rFace.faceHintDuration   = 0.0F;
+            rFace.faceStatusDuration = 0.0F;
+        }
+    }
+    else
+    {
+        rFace.faceHintDuration = 0.0F;
+    }
+
+    // While a face that went away is still held active, metering keeps using the last faces.
+    if (TRUE == hasFaces)
+    {
+        rFace.filteredROIPriority = rFace.inputROIPriority;
+    }
+    else if (FALSE == rFace.isActiveFace)
+    {
+        rFace.filteredROIPriority.Clear();
+    }
+
+    if (TRUE == m_debugDataEnable)
+    {
+        publishFaceDebugData();
+    }
+}
+
+FLOAT CAECCoreDataManager::getFaceHoldTime() const
+{
+    // Without tuning the hold time is 0: the face state follows on the first frame of a change.
+    const MeteringTuningDataType* pMtr     = m_tuningViews.pMtr;
+    const BOOL                    isActive = (FALSE != m_faceROIs.isActiveFace) ? TRUE : FALSE;
+    if (nullptr == pMtr)
+    {
+        return 0.0F;
+    }
+    if (AECAlgoOperationModePreflash == m_opMode)
+    {
+        if (nullptr == pMtr->pFlash)
+        {
+            return 0.0F;
+        }
+        const aecFlash::FlashMeteringType::FDFlashStruct& rFDFlash = pMtr->pFlash->FDFlash;
+        return (TRUE == isActive) ? rFDFlash.statsUpdateDelayTimeExit : rFDFlash.statsUpdateDelayTimeEnter;
+    }
+    if (nullptr == pMtr->pFace)
+    {
+        return 0.0F;
+    }
+    return (TRUE == isActive) ? pMtr->pFace->statsUpdateDelayTimeExit : pMtr->pFace->statsUpdateDelayTimeEnter;
+}
+
+VOID CAECCoreDataManager::publishFaceDebugData()
+{
+    AECDebugDataConfigurationType& rConfig = m_debugData.configInfo;
+    const ROIPriority&             rFaces  = m_faceROIs.filteredROIPriority;
+    // The debug record holds fewer faces than the host may send: the rest are not published.
+    const UINT32 count    = std::min(rFaces.Size(), AECDebugDataMaxFaceROIs);
+    const BOOL   isInCrop = (StatsROISelectionCroppedFOV == m_BGBEConfig.ROISelection) ? TRUE : FALSE;
+    rConfig.bIsFaceActive      = (FALSE != m_faceROIs.isActiveFace) ? 1 : 0;
+    rConfig.faceHintDuration   = m_faceROIs.faceHintDuration;
+    rConfig.faceStatusDuration = m_faceROIs.faceStatusDuration;
+    rConfig.validFaceROICount  = static_cast<UINT8>(count);
+    for (UINT32 i = 0; i < count; i++)
+    {
+        const AECAlgoROI    roi  = (TRUE == isInCrop) ? rFaces.GetNormalizeROIInCrop(i) : rFaces.GetNormalizeROI(i);
+        AECDebugDataROIDim& rDim = rConfig.faceROIs[i];
+        rDim.left   = roi.x;
+        rDim.top    = roi.y;
+        rDim.width  = roi.dx;
+        rDim.height = roi.dy;
+        rDim.weight = roi.weight;
+    }
 }
 
 VOID CAECCoreDataManager::DebugDataSaveStats(const AECCoreInput* /*pInput*/)
@@ -340,7 +518,18 @@ VOID CAECCoreDataManager::clearROIInfo()
 
 VOID CAECCoreDataManager::InitStatsConfig()
 {
-    for (UINT32 channel = 0; channel < 4; channel++)
+    const aecStatsConfig::AECStatsConfig* pTuning = m_tuningViews.pStatsConfig;
+    // A first grid threshold of 0 marks statistics tuning that was left empty.
+    if ((nullptr == pTuning) || (0.0F == pTuning->gridStatsConfig.maxStatsChannelThreshold[0]) ||
+        (FALSE == InitStatsConfigFromTuning(*pTuning)))
+    {
+        InitStatsConfigDefaults();
+    }
+}
+
+VOID CAECCoreDataManager::InitStatsConfigDefaults()
+{
+    for (UINT32 channel = 0; channel < GridChannelCount; channel++)
     {
         m_BGBESatThresholds[channel]                  = DefaultChannelGainThreshold;
         m_BGBEConfig.channelGainThreshold[channel]    = DefaultChannelGainThreshold;
@@ -363,11 +552,89 @@ VOID CAECCoreDataManager::InitStatsConfig()
     m_BayerHistConfig.ROISelection = StatsROISelectionCroppedFOV;
 }
 
-BOOL CAECCoreDataManager::MapTuningToMtrExpConfig(const StatsCameraInfo& /*cameraInfo*/)
+BOOL CAECCoreDataManager::InitStatsConfigFromTuning(const aecStatsConfig::AECStatsConfig& rTuning)
 {
-    // Later stage: the metering and exposure kinds of each role come from the multi-camera tuning.
-    // Without that tuning nothing changes.
-    return FALSE;
+    const aecStatsConfig::AECStatsConfig::gridStatsConfigStruct& rGrid  = rTuning.gridStatsConfig;
+    const HistogramTuning*                                       pFirst = FirstHistogram(&rTuning);
+    // The full scale is 1 << bitDepth: a wider depth would shift past the integer.
+    if (rGrid.bitDepth > MaxStatsBitDepth)
+    {
+        AEC_LOG_ERROR("Statistics tuning refused: bit depth %u above %u; using the default configuration",
+                      rGrid.bitDepth, MaxStatsBitDepth);
+        return FALSE;
+    }
+    // The first histogram configures the Bayer histogram.
+    if (nullptr == pFirst)
+    {
+        AEC_LOG_ERROR("Statistics tuning refused: no histogram configuration; using the default configuration");
+        return FALSE;
+    }
+    const DOUBLE scale = static_cast<DOUBLE>(1U << rGrid.bitDepth);
+    for (UINT32 channel = 0; channel < GridChannelCount; channel++)
+    {
+        m_BGBESatThresholds[channel]               = ToUINT32Saturated(rGrid.maxStatsChannelThreshold[channel] * scale);
+        m_BGBEConfig.channelGainThreshold[channel] = m_BGBESatThresholds[channel];
+        m_BGBEConfig.minChannelLumaThreshold[channel] =
+            ToUINT32Saturated(rGrid.minStatsChannelThreshold[channel] * scale);
+    }
+    for (UINT32 i = 0; i < 3; i++)
+    {
+        m_BGBEConfig.YStatsWeights[i] = rGrid.YComputationColorWeight[i];
+    }
+    m_BGBEConfig.horizontalRegionCount   = rGrid.numOfRegionsHorizontal;
+    m_BGBEConfig.verticalRegionCount     = rGrid.numOfRegionsVertical;
+    m_BGBEConfig.ROISelection            = ROISelectionOf(rGrid.ROIConfigControl);
+    m_BGBEConfig.outputBitDepth          = static_cast<UINT8>(rGrid.bitDepth);
+    m_BGBEConfig.enableYStatsComputation = rGrid.enableYComputedStats;
+    m_BGBEConfig.enableSaturationStats   = rGrid.enableSaturatedStats;
+    m_BGBEConfig.HWStatsSkippingFactor   = static_cast<UINT8>(rGrid.HWStatsSkipFactor);
+
+    if (FALSE == MapHistogramChannel(pFirst->colorChannel, &m_BayerHistConfig.channel))
+    {
+        AEC_LOG_WARN("hist color channel not mapped: %d, forcing to Y %d", pFirst->colorChannel, ColorChannelY);
+        m_BayerHistConfig.channel = ColorChannelY;
+    }
+    m_BayerHistConfig.uniform      = IsUniformHistogram(*pFirst);
+    m_BayerHistConfig.ROISelection = ROISelectionOf(pFirst->ROIConfigControl);
+    return TRUE;
+}
+
+BOOL CAECCoreDataManager::MapTuningToMtrExpConfig(const StatsCameraInfo& cameraInfo)
+{
+    const ExtensionTuningDataType* pExt = m_tuningViews.pExt;
+    if ((nullptr == pExt) || (nullptr == pExt->pMtrAndExpModeConfig))
+    {
+        return FALSE;
+    }
+    const aecglobalelements::AECMtrAndExpoConfigType config = (StatsAlgoRoleSlave == cameraInfo.algoRole)
+                                                                  ? pExt->pMtrAndExpModeConfig->slave
+                                                                  : pExt->pMtrAndExpModeConfig->master;
+    switch (config)
+    {
+        case aecglobalelements::MtrIndepExpIndep:
+        // No tuning value disables metering: "metering disabled, exposure follows" meters all the same.
+        case aecglobalelements::MtrDisabledExpFollow:
+            m_meteringType = AECAlgoMeteringIndependent;
+            m_exposureType = AECAlgoExposureIndependent;
+            break;
+        case aecglobalelements::MtrIndepExpFollow:
+            m_meteringType = AECAlgoMeteringIndependent;
+            m_exposureType = AECAlgoExposureFollow;
+            break;
+        case aecglobalelements::MtrMixExpIndep:
+            m_meteringType = AECAlgoMeteringMix;
+            m_exposureType = AECAlgoExposureIndependent;
+            break;
+        case aecglobalelements::MtrIndepExpDynamic:
+            m_meteringType = AECAlgoMeteringIndependent;
+            m_exposureType = AECAlgoExposureDynamic;
+            break;
+        default:
+            AEC_LOG_ERROR("Unknown metering and exposure configuration %d in tuning; kinds unchanged", config);
+            return FALSE;
+    }
+    AEC_LOG_INFO("Metering set to %d exposure set to %d", m_meteringType, m_exposureType);
+    return TRUE;
 }
 
 VOID CAECCoreDataManager::armFlashMeasSwitchCounter()
@@ -609,6 +876,11 @@ AecResult CAECCoreDataManager::MapMultiCamPeerInfo(const StatsPeerInfoCombo* pCo
 VOID CAECCoreDataManager::setPeerInfo(const AECMultiCamInfo* pPeerInfo)
 {
     m_pPeerInfo = pPeerInfo;
+    setDCCalibrationUsingPeerInfo();
+}
+
+VOID CAECCoreDataManager::setDCCalibrationUsingPeerInfo()
+{
     // Without own calibration, the peer's calibration applies from this camera's side: the inverse multiplier.
     if ((nullptr != m_pPeerInfo) && (AECAlgoDualcamOTPInvalid == m_dualcamCalibrationInfo.OTPStatus) &&
         (AECAlgoDualcamOTPSet == m_pPeerInfo->OTPInfo.OTPStatus) && (m_pPeerInfo->OTPInfo.OTPExpCompMultiplier > 0.0F))
@@ -656,10 +928,15 @@ BOOL CAECCoreDataManager::isTuningModeChange(const StatsTuningData* pTuning)
 
 AecResult CAECCoreDataManager::setSorenta(const StatsTuningData* /*pTuning*/, IAECArbitration* pArbitration)
 {
-    // Later stage: the tuning data adapter fetches the modules of the selected modes from the parameter store,
-    // the ROI priority tuning goes to the face regions and the histogram uniformity follows the statistics
-    // tuning. Until then the views set through setTuningViews stay in force.
+    // Later stage: the tuning data adapter fetches the modules of the selected modes from the parameter store
+    // and the ROI priority tuning goes to the face regions. Until then the views of setTuningViews are in force.
     InitStatsConfig();
+    // The uniformity follows the histogram tuning even when the rest of the statistics tuning is not used.
+    const HistogramTuning* pHistogram = FirstHistogram(m_tuningViews.pStatsConfig);
+    if (nullptr != pHistogram)
+    {
+        m_BayerHistConfig.uniform = IsUniformHistogram(*pHistogram);
+    }
     AEC_LOG_INFO("histogram uniformity configured to %d", m_BayerHistConfig.uniform);
 
     const AecResult result = notifyComponents(&IAECComponent::OnTuningHeaderChange);
@@ -672,14 +949,7 @@ AecResult CAECCoreDataManager::setSorenta(const StatsTuningData* /*pTuning*/, IA
     {
         rederivePrevModeIndices(pArbitration);
     }
-    if (TRUE == m_curModeInfo.isStartConfigSaved)
-    {
-        rebaseTableSensitivity(m_curModeInfo.startConfig);
-        for (AECFrameHistory& rEntry : m_curModeInfo.frameHistories)
-        {
-            rebaseTableSensitivity(rEntry);
-        }
-    }
+    updateHistoryTableSI();
     return AecSuccess;
 }
 
@@ -706,25 +976,45 @@ VOID CAECCoreDataManager::rederivePrevModeIndices(IAECArbitration* pArbitration)
     AEC_LOG_INFO("Lux Prev:%0.1f New:%0.1f", rOrig.luxIndex, rLast.luxIndex);
 }
 
-VOID CAECCoreDataManager::rebaseTableSensitivity(AECFrameHistory& rHistory)
+VOID CAECCoreDataManager::AECUtilUpdateFrameTableSI(AECFrameHistory& rHistory)
 {
     const FLOAT frameSI   = rHistory.tableSensitivity;
     const FLOAT currentSI = m_arbitrationContext.streamingExpTblSens;
-    if ((frameSI <= 0.0F) || (currentSI <= 0.0F) || (std::fabs(frameSI - currentSI) < AECFloatEpsilon))
+    if (!(frameSI > 0.0F) || !(currentSI > 0.0F) || (std::fabs(frameSI - currentSI) < AECFloatEpsilon))
     {
         return;
     }
+    // The same exposure has a higher index in a table of lower sensitivity.
     const FLOAT offset = static_cast<FLOAT>(std::log10(static_cast<DOUBLE>(frameSI / currentSI)) * AECIndexPerLog10);
     for (UINT32 i = 0; i < AECAlgoExposureCount; i++)
     {
         rHistory.expIndices[i] += offset;
         rHistory.expIndicesTargets[i] += offset;
     }
-    // Later stage: the metering tuning's lux index mode 1 keeps the lux index; without tuning it moves along.
-    rHistory.luxIndex += offset;
+    // A lux index compensated for the table sensitivity does not depend on the table.
+    const MeteringTuningDataType* pMtr = m_tuningViews.pMtr;
+    const BOOL isLuxIndexCompensated   = (nullptr != pMtr) && (nullptr != pMtr->pCore) &&
+                                       (1 == pMtr->pCore->mtrLumaCalc.indexCalc.enableLuxIndexComp);
+    if (FALSE == isLuxIndexCompensated)
+    {
+        rHistory.luxIndex += offset;
+    }
     rHistory.tableSensitivity = currentSI;
     AEC_LOG_INFO("table sensitivity has changed: adding offset %.1f curr SI %.1f frame SI %.1f", offset, currentSI,
                  frameSI);
+}
+
+VOID CAECCoreDataManager::updateHistoryTableSI()
+{
+    if (FALSE == m_curModeInfo.isStartConfigSaved)
+    {
+        return;
+    }
+    AECUtilUpdateFrameTableSI(m_curModeInfo.startConfig);
+    for (AECFrameHistory& rEntry : m_curModeInfo.frameHistories)
+    {
+        AECUtilUpdateFrameTableSI(rEntry);
+    }
 }
 
 AecResult CAECCoreDataManager::setMeteringMode(AECAlgoMeteringModeType mode)
@@ -997,8 +1287,9 @@ AecResult CAECCoreDataManager::setDCCalibrationInfo(const AECAlgoDCCalibrationIn
         return AecSuccess;
     }
     const AECAlgoRelativeDCCalibrationInfo& rRelative = calibrationInfo.relative;
-    if ((rRelative.brightnessRatio <= 0.0F) || (rRelative.slaveGain <= 0.0F) || (rRelative.slaveTimeUnit <= 0.0F) ||
-        (rRelative.masterGain <= 0.0F) || (rRelative.masterTimeUnit <= 0.0F))
+    // Written so that NaN is refused as well.
+    if (!(rRelative.brightnessRatio > 0.0F) || !(rRelative.slaveGain > 0.0F) || !(rRelative.slaveTimeUnit > 0.0F) ||
+        !(rRelative.masterGain > 0.0F) || !(rRelative.masterTimeUnit > 0.0F))
     {
         AEC_LOG_ERROR("Incorrect OTP data");
         return AecError;
@@ -1031,38 +1322,31 @@ AecResult CAECCoreDataManager::setCustomExposureTable(const AECCustomExposureTab
     }
     if (1 != customExposureTable.isValid)
     {
-        m_customExposureTable.isValid = FALSE;
+        m_customExposureTableInfo.isValid = FALSE;
         AEC_LOG_INFO("Custom Exposure Table is not Valid, hence changed to Tunning Exposure Tables");
     }
     else
     {
         // A table that cannot be used leaves the one in force.
-        if (AecSuccess != ValidateExposureTable(customExposureTable))
+        if ((AecSuccess != ValidateExposureTable(customExposureTable)) ||
+            (AecSuccess != CopyExposureTable(customExposureTable)))
         {
             return AecSuccess;
         }
-        // Later stage: the knees go into the generated exposure table record, with indices derived from the
-        // knees' exposure products; the host's own indices are not used.
-        m_customExposureTable = customExposureTable;
+        m_customExposureTableInfo.isValid = TRUE;
         AEC_LOG_INFO("Custom Exposure Table is Valid, hence set and stored in data manager");
     }
 
+    // Arbitration adopts the table and reports its sensitivity, on which the history is then rebased.
     const AecResult result = notifyComponents(&IAECComponent::OnCustomExposureTableChange);
-    if (TRUE == m_curModeInfo.isStartConfigSaved)
-    {
-        rebaseTableSensitivity(m_curModeInfo.startConfig);
-        for (AECFrameHistory& rEntry : m_curModeInfo.frameHistories)
-        {
-            rebaseTableSensitivity(rEntry);
-        }
-    }
+    updateHistoryTableSI();
     return result;
 }
 
 BOOL CAECCoreDataManager::isExposureTableChanged(const AECCustomExposureTable& customExposureTable) const
 {
-    const AECCustomExposureTable& rStored = m_customExposureTable;
-    if ((1 == customExposureTable.isValid) != (1 == rStored.isValid))
+    const AECCustomExposureTableInfo& rStored = m_customExposureTableInfo;
+    if ((1 == customExposureTable.isValid) != (TRUE == rStored.isValid))
     {
         return TRUE;
     }
@@ -1071,22 +1355,20 @@ BOOL CAECCoreDataManager::isExposureTableChanged(const AECCustomExposureTable& c
     {
         return FALSE;
     }
-    if ((customExposureTable.kneeCount != rStored.kneeCount) ||
-        (customExposureTable.sensitivityCorrectionFactor != rStored.sensitivityCorrectionFactor) ||
-        (customExposureTable.antiBandingMinimumTimePercentageThreshold !=
-         rStored.antiBandingMinimumTimePercentageThreshold))
+    const aecArbitration::ExposureTableType& rTable = rStored.expTable;
+    if ((customExposureTable.kneeCount != rTable.expKneeEntriesCount) ||
+        (customExposureTable.sensitivityCorrectionFactor != rTable.sensitivityCorrectionFactor) ||
+        (customExposureTable.antiBandingMinimumTimePercentageThreshold != rTable.thresAntiBandingMinExpTimePct))
     {
         return TRUE;
     }
-    // The count is the host's: only the knees the record holds are compared.
-    const UINT32 kneeCount = (customExposureTable.kneeCount < AECORE_CUSTOM_EXPOSURE_TABLE_KNEES)
-                                 ? customExposureTable.kneeCount
-                                 : AECORE_CUSTOM_EXPOSURE_TABLE_KNEES;
-    for (UINT32 knee = 0; knee < kneeCount; knee++)
+    // Equal counts of a valid stored table: the count lies within the host's knee arrays.
+    for (UINT32 knee = 0; knee < rTable.expKneeEntriesCount; knee++)
     {
-        if ((customExposureTable.expTime[knee] != rStored.expTime[knee]) ||
-            (customExposureTable.gain[knee] != rStored.gain[knee]) ||
-            (customExposureTable.incrementPriority[knee] != rStored.incrementPriority[knee]))
+        const aecArbitration::ExposureKneeType& rKnee = rTable.expKneeEntries[knee];
+        const INT32 priority = (0 != customExposureTable.incrementPriority[knee]) ? 1 : 0;
+        if ((customExposureTable.expTime[knee] != rKnee.expTime) || (customExposureTable.gain[knee] != rKnee.gain) ||
+            (priority != rKnee.incrementPriority))
         {
             return TRUE;
         }
@@ -1097,18 +1379,20 @@ BOOL CAECCoreDataManager::isExposureTableChanged(const AECCustomExposureTable& c
 AecResult CAECCoreDataManager::ValidateExposureTable(const AECCustomExposureTable& customExposureTable) const
 {
     const UINT32 kneeCount = customExposureTable.kneeCount;
-    if ((kneeCount < 2) || (kneeCount >= AECORE_CUSTOM_EXPOSURE_TABLE_KNEES))
+    // The host's arrays hold MaxCustomTableKnees knees, yet a table that fills them is refused.
+    if ((kneeCount < MinCustomTableKnees) || (kneeCount >= MaxCustomTableKnees))
     {
         AEC_LOG_ERROR("Invalid Custom Exposure Table Size, Size = %d, Min = 2, Max Size = %d", kneeCount,
-                      AECORE_CUSTOM_EXPOSURE_TABLE_KNEES);
+                      MaxCustomTableKnees);
         return AecError;
     }
-    if (customExposureTable.sensitivityCorrectionFactor < 0.0F)
+    // Each check is written so that NaN fails it too.
+    if (!(customExposureTable.sensitivityCorrectionFactor >= 0.0F))
     {
         AEC_LOG_ERROR("Invalid Sensitivity Correction Factor: %f", customExposureTable.sensitivityCorrectionFactor);
         return AecError;
     }
-    if (customExposureTable.antiBandingMinimumTimePercentageThreshold < 0.0F)
+    if (!(customExposureTable.antiBandingMinimumTimePercentageThreshold >= 0.0F))
     {
         AEC_LOG_ERROR("Invalid anti-Banding Minimum Time Percentage Threshold: %f",
                       customExposureTable.antiBandingMinimumTimePercentageThreshold);
@@ -1116,7 +1400,8 @@ AecResult CAECCoreDataManager::ValidateExposureTable(const AECCustomExposureTabl
     }
     for (UINT32 knee = 0; knee < kneeCount; knee++)
     {
-        if (customExposureTable.gain[knee] < 1.0F)
+        // Infinity is refused too: the knee's exposure index would not be finite.
+        if (!(customExposureTable.gain[knee] >= 1.0F) || std::isinf(customExposureTable.gain[knee]))
         {
             AEC_LOG_ERROR("Index:%d, EI: %f, Invalid Gain: %f", knee, customExposureTable.expIndex[knee],
                           customExposureTable.gain[knee]);
@@ -1128,6 +1413,47 @@ AecResult CAECCoreDataManager::ValidateExposureTable(const AECCustomExposureTabl
                           static_cast<DOUBLE>(customExposureTable.expTime[knee]));
             return AecError;
         }
+    }
+    return AecSuccess;
+}
+
+AecResult CAECCoreDataManager::CopyExposureTable(const AECCustomExposureTable& customExposureTable)
+{
+    aecArbitration::ExposureTableType& rTable    = m_customExposureTableInfo.expTable;
+    const UINT32                       kneeCount = customExposureTable.kneeCount;
+    if (kneeCount != rTable.expKneeEntriesID)
+    {
+        // The new array is taken before the old one goes, so that a failure leaves the table in force.
+        aecArbitration::ExposureKneeType* pKnees = static_cast<aecArbitration::ExposureKneeType*>(
+            VelaCalloc(kneeCount, sizeof(aecArbitration::ExposureKneeType), alignof(aecArbitration::ExposureKneeType)));
+        if (nullptr == pKnees)
+        {
+            AEC_LOG_ERROR("Failed to allocate memory for custom exposure table");
+            return AecError;
+        }
+        VelaFree(rTable.expKneeEntries);
+        rTable.expKneeEntries   = pKnees;
+        rTable.expKneeEntriesID = kneeCount;
+    }
+
+    rTable.expKneeEntriesCount           = kneeCount;
+    rTable.sensitivityCorrectionFactor   = customExposureTable.sensitivityCorrectionFactor;
+    rTable.thresAntiBandingMinExpTimePct = customExposureTable.antiBandingMinimumTimePercentageThreshold;
+    // The host's indices are not used: each knee's index follows from its exposure product and the previous knee's.
+    DOUBLE previousProduct = 0.0;
+    for (UINT32 knee = 0; knee < kneeCount; knee++)
+    {
+        aecArbitration::ExposureKneeType& rKnee   = rTable.expKneeEntries[knee];
+        const DOUBLE                      product = static_cast<DOUBLE>(customExposureTable.expTime[knee]) *
+                                                    static_cast<DOUBLE>(customExposureTable.gain[knee]);
+        rKnee.gain              = customExposureTable.gain[knee];
+        rKnee.expTime           = customExposureTable.expTime[knee];
+        rKnee.incrementPriority = (0 != customExposureTable.incrementPriority[knee]) ? aecglobalelements::AECExpIncExpTime
+                                                                                    : aecglobalelements::AECExpIncGain;
+        rKnee.expIndex = (0 == knee) ? 0.0F
+                                     : rTable.expKneeEntries[knee - 1].expIndex +
+                                           static_cast<FLOAT>(std::log10(product / previousProduct) * AECIndexPerLog10);
+        previousProduct = product;
     }
     return AecSuccess;
 }
@@ -1398,8 +1724,16 @@ const StatsGyroInfo* CAECCoreDataManager::getGyroInfo()
 
 BOOL CAECCoreDataManager::getDRCEnable()
 {
-    // Later stage: ADRC is enabled by the histogram target tuning; without tuning it stays off.
-    return FALSE;
+    const MeteringTuningDataType* pMtr = m_tuningViews.pMtr;
+    // Without tuning ADRC stays off.
+    const BOOL tuned = ((nullptr != pMtr) && (nullptr != pMtr->pCore))
+                           ? pMtr->pCore->mtrLumaTarget.histLumaTarget.enableADRC
+                           : FALSE;
+    const BOOL enable = ((FALSE != tuned) && (FALSE == m_disableADRC) &&
+                         (AECAlgoModeAuto == m_manualSetting.manualMode)) ? TRUE : FALSE;
+    AEC_LOG_VERBOSE("Enable:%d m_disableADRC:%d manualMode:%d tuning:%d", enable, m_disableADRC,
+                    m_manualSetting.manualMode, tuned);
+    return enable;
 }
 
 FLOAT CAECCoreDataManager::getCompensationRatio()
@@ -1454,7 +1788,29 @@ AECMultiCamInfo* CAECCoreDataManager::getMyOwnInfo()
 
 const StatsBayerGridBayerExposureConfig* CAECCoreDataManager::getBGBEConfig()
 {
-    // Later stage: the saturation thresholds follow the newest frame when the ADRC saturation tuning asks.
+    // With ADRC saturation control the thresholds scale with the spread between the short and the safe exposure
+    // and, unless predictive saturation control takes care of them, with the predictive gains of the frame.
+    const MeteringTuningDataType* pMtr = m_tuningViews.pMtr;
+    if ((nullptr == pMtr) || (1 != pMtr->ADRCSaturation.enableADRCSatCtrl))
+    {
+        return &m_BGBEConfig;
+    }
+    const AECFrameHistory* pNewest = getFrameHistory(0);
+    if (nullptr == pNewest)
+    {
+        return &m_BGBEConfig;
+    }
+    FLOAT scale = powf(AECIndexBase, pNewest->expIndices[AECAlgoExposureShort] -
+                                         pNewest->expIndices[AECAlgoExposureSafe]);
+    if (0 == pMtr->ADRCSaturation.enablePredictiveSatCtrl)
+    {
+        scale *= pNewest->predictiveGain * pNewest->predictiveADRC;
+    }
+    for (UINT32 channel = 0; channel < GridChannelCount; channel++)
+    {
+        m_BGBEConfig.channelGainThreshold[channel] =
+            ToUINT32Saturated(static_cast<FLOAT>(m_BGBESatThresholds[channel]) * scale);
+    }
     return &m_BGBEConfig;
 }
 
@@ -1510,15 +1866,35 @@ const AECCustomMeteringTable& CAECCoreDataManager::getCustomMeteringTable()
 
 const AECCustomExposureTableInfo* CAECCoreDataManager::getCustomExposureTableInfo()
 {
-    // Later stage: custom exposure tables come with the generated exposure table record.
-    return nullptr;
+    return &m_customExposureTableInfo;
 }
 
 aecArbitration::ExposureTableType* CAECCoreDataManager::getExposureTableFromTableID(
-    aecglobalelements::ExposureTableIDType /*tableID*/)
+    aecglobalelements::ExposureTableIDType tableID)
 {
-    // Without tuning there is no table; the tuned and custom tables come with the tuning data adapter.
-    return nullptr;
+    if ((CustomExposureTableID == tableID) && (TRUE == m_customExposureTableInfo.isValid))
+    {
+        return &m_customExposureTableInfo.expTable;
+    }
+    const ArbitrationTuningDataType* pArb = m_tuningViews.pArb;
+    if ((nullptr == pArb) || (nullptr == pArb->pCore))
+    {
+        return nullptr;
+    }
+    const aecArbitration::AECCoreArbitrationType& rTuning = *pArb->pCore;
+    // Table 0 is the fallback: tuning without any table has nothing to fall back on.
+    if ((0 == rTuning.expTablesCount) || (nullptr == rTuning.expTables))
+    {
+        AEC_LOG_ERROR("Exposure table %d requested, but the tuning holds no exposure table", tableID);
+        return nullptr;
+    }
+    // Negative IDs are out of range as well: they would index before the table array.
+    if ((tableID < 0) || (static_cast<UINT32>(tableID) >= rTuning.expTablesCount))
+    {
+        AEC_LOG_ERROR("Invalid exposure table ID %d (table count %u), using table 0", tableID, rTuning.expTablesCount);
+        return &rTuning.expTables[0];
+    }
+    return &rTuning.expTables[tableID];
 }
 
 AECIRLedState CAECCoreDataManager::getIRState()

@@ -16,10 +16,9 @@
 // Modules read the store through IAECContext, write back through their callback interface and learn of
 // changes through the IAECComponent events; the core drives it through the non-virtual operations.
 //
-// Parts that later stages complete are marked "Later stage" where they stand: the tuning data adapter
-// (tuning views, re-reading the tuning on a mode change, EV compensation table, saturation rescale, DRC
-// enable, ROI priority tuning), the statistics configuration from tuning, the custom exposure table's knee
-// record, the multi-camera role mapping, face debouncing and the debug data writer.
+// Later stage: the tuning data adapter (m_tuningManager) fetches the tuning from the parameter store and sets the
+// views that setTuningViews sets now, including the ROI priority tuning of the face regions; the debug data
+// writer records the statistics and fills the host's buffer.
 class CAECCoreDataManager final : public IAECContext,
                                   public IMeteringCallback,
                                   public IConvergenceCallback,
@@ -82,7 +81,7 @@ public:
     // Takes the peer's record (owned by the peer's instance) and its dual-camera calibration if own is missing.
     VOID      setPeerInfo(const AECMultiCamInfo* pPeerInfo);
     // Later stage: the tuning data adapter sets the views from the parameter store; until then this is the
-    // only way in, and without views the tuning-driven steps of the pipeline are skipped.
+    // only way in. A null view means "without tuning". setSorenta then applies them as a tuning change does.
     VOID      setTuningViews(const AECCoreTuningViews& views);
     // TRUE when the host's tuning mode selectors differ from those last seen; then they are taken over.
     BOOL      isTuningModeChange(const StatsTuningData* pTuning);
@@ -224,16 +223,31 @@ private:
     VOID saveAndClearCurrentModeInfo();
     VOID initializeHistoryInfo();
     VOID clearROIInfo();
-    // Statistics configuration without tuning. Later stage: the configuration from the statistics tuning.
+    // Statistics configuration from the statistics tuning, or the defaults without it.
     VOID InitStatsConfig();
-    // Maps the tuned metering and exposure kinds of the camera's role. Later stage: needs the extension tuning.
+    VOID InitStatsConfigDefaults();
+    // FALSE when the tuning cannot be used (bit depth beyond 31, no histogram entry); the caller takes the defaults.
+    BOOL InitStatsConfigFromTuning(const aecStatsConfig::AECStatsConfig& rTuning);
+    // Maps the tuned metering and exposure kinds of the camera's role; FALSE without that tuning.
     BOOL MapTuningToMtrExpConfig(const StatsCameraInfo& cameraInfo);
+    // Without own dual-camera calibration, takes the peer's from this camera's side.
+    VOID setDCCalibrationUsingPeerInfo();
     // Arms the flash measurement frame counter on entering the flash measurement mode.
     VOID armFlashMeasSwitchCounter();
+    // Index offset of the EV compensation in force, from the metering tuning's EV compensation table; 0 without it.
+    FLOAT getStartEVOffset() const;
+    // Seconds a change of face presence must last before the face state follows it.
+    FLOAT getFaceHoldTime() const;
+    // Publishes the face state and the faces in use in the debug data.
+    VOID publishFaceDebugData();
     BOOL      isExposureTableChanged(const AECCustomExposureTable& customExposureTable) const;
     AecResult ValidateExposureTable(const AECCustomExposureTable& customExposureTable) const;
+    // Takes the host's knees into the custom table, deriving each knee's index from the exposure products.
+    AecResult CopyExposureTable(const AECCustomExposureTable& customExposureTable);
     // Moves the indices of one history record from the table sensitivity it was taken with to the current one.
-    VOID rebaseTableSensitivity(AECFrameHistory& rHistory);
+    VOID AECUtilUpdateFrameTableSI(AECFrameHistory& rHistory);
+    // The same for the start configuration and every history entry, when a start configuration is saved.
+    VOID updateHistoryTableSI();
     // Re-derives the indices of the previous mode's last frame in the exposure tables now in force.
     VOID rederivePrevModeIndices(IAECArbitration* pArbitration);
 
@@ -281,9 +295,8 @@ private:
     AECDualcamCalibrationInfo   m_dualcamCalibrationInfo;
     AECAlgoHDRType              m_MultiExpSensorMode;
     AECDCGConfig                m_dcgMode;
-    // The host's custom exposure table as last taken. Later stage: m_customExposureTableInfo with the knees in
-    // the generated exposure table record replaces it.
-    AECCustomExposureTable      m_customExposureTable;
+    // The application's exposure table; its knee array (expKneeEntries, expKneeEntriesID allocated) is owned here.
+    AECCustomExposureTableInfo  m_customExposureTableInfo;
     HDR3ExposureType            m_HDR3Type;
     FLOAT                       m_DRCGainHDR3;
     StatsRectangle              m_cropWindow;
