@@ -54,6 +54,14 @@ TEST(HostMultiCamera, MasterAndSlaveExchangePeerInfoAndRunOnTheirOwnThreads)
     EXPECT_TRUE(LogContains(harness, "AEC need sync: 1"));
     EXPECT_TRUE(LogContains(harness, "PeerPipeline:1 CamID:1 Active:1 Role:2"));
 
+    // The roles came before the tuning and were lost; after the (fake) tuning the slave's role is taken.
+    const std::string following = "CID:1, Role:SLAVE, Following Master CamID:0";
+    EXPECT_FALSE(LogContains(harness, following));
+    StatsCameraInfo slaveInfo = {StatsAlgoRoleSlave, 1};
+    EXPECT_EQ(VelaResultSuccess, harness.SetParam(pAlgos[1], AECAlgoSetParamCameraInfo, &slaveInfo, sizeof(slaveInfo)));
+    EXPECT_EQ(VelaResultSuccess, harness.SetPeerInfo(pAlgos[1], combo));
+    EXPECT_TRUE(LogContains(harness, following));
+
     KDKResult failures[2] = {0, 0};
     auto      run         = [&](UINT32 camera) {
         CHostHarness    local;

@@ -90,12 +90,10 @@ protected:
 
     void SetBracketingTuning(FLOAT adjNeg2, FLOAT adjPos2)
     {
-        m_snapshotTuning.bracketingAdjForEVNeg2 = adjNeg2;
-        m_snapshotTuning.bracketingAdjForEVPos2 = adjPos2;
-        m_arbTuning.pSnapshotCtrl               = &m_snapshotTuning;
-        AECCoreTuningViews views                = {};
-        views.pArb                              = &m_arbTuning;
-        Store().setTuningViews(views);
+        m_snapshotTuning.snapCtrlArb.bracketingAdjForEVNeg2 = adjNeg2;
+        m_snapshotTuning.snapCtrlArb.bracketingAdjForEVPos2 = adjPos2;
+        m_tuningStore.modules.modSnapshotCtrl               = &m_snapshotTuning;
+        CAECCoreTestPeer::UseTuning(Store(), m_tuningStore);
     }
 
     // Flash metering estimate of the snapshot.
@@ -123,8 +121,8 @@ protected:
 
     std::vector<ArbitrationStillInput>           m_stillInputs;
     AECFrameControl                              m_snapshot       = {};
-    aecSnapshotCtrl::SnapshotCtrlArbitrationType m_snapshotTuning = {};
-    ArbitrationTuningDataType                    m_arbTuning      = {};
+    aecSnapshotCtrl::AECSnapshotCtrlType m_snapshotTuning = {};
+    CTestTuningStore                     m_tuningStore;
 };
 
 // ---- Refusals and the type table ----

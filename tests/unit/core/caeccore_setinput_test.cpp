@@ -147,7 +147,7 @@ protected:
 
     KDKResult SetTuning(const Selector* pSelectors, UINT numSelectors)
     {
-        m_tuning.pTuningSetManager    = nullptr;
+        m_tuning.pTuningSetManager    = m_pTuningManager;
         m_tuning.pTuningModeSelectors = const_cast<Selector*>(pSelectors);
         m_tuning.numSelectors         = numSelectors;
         AECCoreSetParam param         = Param(AECAlgoSetParamSorentaData);
@@ -172,6 +172,8 @@ protected:
     EventRecorder   m_events;
     UINT32          m_resets = 0;
     StatsTuningData m_tuning = {};
+    // The tuning store SetTuning names; null: the core runs on its fake tuning.
+    TuningSetManager* m_pTuningManager = nullptr;
 };
 
 // ---- Dispatch ----
@@ -1131,6 +1133,9 @@ TEST_F(CoreSetInputTest, NewTuningCarriesThePreviousModeAndTheHistoryToTheNewTab
         }));
     const AECFrameHistory startBefore = *Store().getFrameHistory(0);
 
+    // A store without metering tuning: the lux index is not compensated for the table sensitivity.
+    CTestTuningStore tuningStore;
+    m_pTuningManager            = &tuningStore;
     const Selector selectors[7] = {{0, 0}, {1, 1}, {2, 0}, {3, 0}, {4, 0}, {5, 0}, {6, 0}};
     EXPECT_EQ(0, SetTuning(selectors, 7));
 

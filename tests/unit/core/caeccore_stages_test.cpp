@@ -47,14 +47,12 @@ protected:
 
     void InstallShdrTuning(INT32 mode, FLOAT cgRatio1, FLOAT cgRatio2, FLOAT LEFMaxGain = 1000.0F)
     {
-        m_shdr.enableShdr     = mode;
-        m_shdr.ExpRatioCapLow = cgRatio1;
-        m_shdr.reserved[0]    = cgRatio2;
-        m_shdr.LEFMaxGain     = LEFMaxGain;
-        m_meteringView.pShdr  = &m_shdr;
-        AECCoreTuningViews views = {};
-        views.pMtr               = &m_meteringView;
-        Store().setTuningViews(views);
+        m_shdr.shdrMtr.enableShdr     = mode;
+        m_shdr.shdrMtr.ExpRatioCapLow = cgRatio1;
+        m_shdr.shdrMtr.reserved[0]    = cgRatio2;
+        m_shdr.shdrMtr.LEFMaxGain     = LEFMaxGain;
+        m_tuningStore.modules.modShdr = &m_shdr;
+        CAECCoreTestPeer::UseTuning(Store(), m_tuningStore);
     }
 
     static AECAlgoExposureData Exposure(UINT64 time, FLOAT gain, FLOAT sensitivity)
@@ -70,8 +68,8 @@ protected:
     std::vector<std::vector<FLOAT>>    m_seenTargets;
     std::vector<AECAlgoSettleFlagType> m_seenSettleTypes;
     AECAlgoExposureData                m_arbitrated[3] = {};
-    aecShdr::ShdrMeteringType          m_shdr          = {};
-    MeteringTuningDataType             m_meteringView  = {};
+    aecShdr::AECShdrType               m_shdr          = {};
+    CTestTuningStore                   m_tuningStore;
 };
 
 // ---- Metering ----

@@ -74,20 +74,18 @@ protected:
 
     CAECCoreDataManager& Store() { return *m_pStore; }
 
-    // Hands the views over as a tuning change does.
+    // Hands the test store's modules over as a tuning change does.
     void ApplyTuning()
     {
-        Store().setTuningViews(m_views);
-        StatsTuningData tuning = {};
+        const StatsTuningData tuning = m_tuningStore.TuningData();
         ASSERT_EQ(AecSuccess, Store().setSorenta(&tuning, nullptr));
     }
 
     void UseMeteringTuning()
     {
-        m_meteringView.pCore  = &m_meteringCore;
-        m_meteringView.pFace  = &m_face;
-        m_meteringView.pFlash = &m_flash;
-        m_views.pMtr          = &m_meteringView;
+        m_tuningStore.modules.modMtr   = &m_meteringCore;
+        m_tuningStore.modules.modFace  = &m_faceModule;
+        m_tuningStore.modules.modFlash = &m_flashModule;
         ApplyTuning();
     }
 
@@ -118,16 +116,15 @@ protected:
         m_statsConfig.histStatsConfig.histogramsCount = 1;
         m_statsConfig.histStatsConfig.histogramsID    = 1;
         m_statsConfig.histStatsConfig.histograms      = &m_histogram;
-        m_views.pStatsConfig                          = &m_statsConfig;
+        m_tuningStore.pStatsConfig                    = &m_statsConfig;
         ApplyTuning();
     }
 
     void UseMtrAndExpModeTuning(INT32 master, INT32 slave)
     {
-        m_mtrAndExpMode.master              = static_cast<aecglobalelements::AECMtrAndExpoConfigType>(master);
-        m_mtrAndExpMode.slave               = static_cast<aecglobalelements::AECMtrAndExpoConfigType>(slave);
-        m_extensionView.pMtrAndExpModeConfig = &m_mtrAndExpMode;
-        m_views.pExt                        = &m_extensionView;
+        m_mtrAndExpMode.master                = static_cast<aecglobalelements::AECMtrAndExpoConfigType>(master);
+        m_mtrAndExpMode.slave                 = static_cast<aecglobalelements::AECMtrAndExpoConfigType>(slave);
+        m_tuningStore.modules.modMultiCamSync = &m_multiCam;
         ApplyTuning();
     }
 
@@ -215,17 +212,17 @@ protected:
 
     // Tuning records the tests fill; the store keeps pointers to them, so they live as long as the fixture.
     aecMetering::AECCoreMeteringType       m_meteringCore    = {};
-    aecFace::FaceMeteringType              m_face            = {};
-    aecFlash::FlashMeteringType            m_flash           = {};
-    MeteringTuningDataType                 m_meteringView    = {};
+    aecFace::AECFaceType                   m_faceModule      = {};
+    aecFace::FaceMeteringType&             m_face            = m_faceModule.faceMtr;
+    aecFlash::AECFlashType                 m_flashModule     = {};
+    aecFlash::FlashMeteringType&           m_flash           = m_flashModule.flashMtr;
     aecStatsConfig::AECStatsConfig         m_statsConfig     = {};
     HistogramTuning                        m_histogram       = {};
-    aecSync::AECMeteringAndExpModeType     m_mtrAndExpMode   = {};
-    ExtensionTuningDataType                m_extensionView   = {};
+    aecSync::AECMultiCamType               m_multiCam        = {};
+    aecSync::AECMeteringAndExpModeType&    m_mtrAndExpMode   = m_multiCam.mtrAndExpMode;
     aecArbitration::ExposureTableType      m_tables[2]       = {};
     aecArbitration::AECCoreArbitrationType m_arbitrationCore = {};
-    ArbitrationTuningDataType              m_arbitrationView = {};
-    AECCoreTuningViews                     m_views           = {};
+    CTestTuningStore                       m_tuningStore;
 };
 
 TEST_F(DataManagerTest, StartsWithTheDocumentedInitialState)
@@ -655,6 +652,79 @@ TEST_F(DataManagerTest, EleventhEntryEvictsTheOldestAlsoWithGapsBetweenFrameIDs)
     EXPECT_EQ(18u, Store().getFrameHistory(3)->frameID);
 }
 
+// ---- Tuning sources ----
+
+TEST_F(DataManagerTest, TuningWithoutAStoreRunsOnFakeTuningWithItsExposureTables)
+{
+    EXPECT_EQ(nullptr, Store().getMtrTuning());
+    EXPECT_EQ(nullptr, Store().getExposureTableFromTableID(0));
+    StatsTuningData tuning = {};
+    EXPECT_TRUE(Store().isTuningModeChange(&tuning)) << "no selectors and no tuning yet";
+    ASSERT_EQ(AecSuccess, Store().setSorenta(&tuning, nullptr));
+    EXPECT_EQ(1u, m_logs.Count("Tuning Pointer Null"));
+    EXPECT_FALSE(Store().isTuningModeChange(&tuning)) << "no selectors once tuning is in force";
+
+    ASSERT_NE(nullptr, Store().getMtrTuning());
+    EXPECT_NE(nullptr, Store().getMtrTuning()->pCore);
+    ASSERT_NE(nullptr, Store().getConvTuning());
+    EXPECT_NE(nullptr, Store().getConvTuning()->pCore);
+    ASSERT_NE(nullptr, Store().getIRTuning());
+    EXPECT_NE(nullptr, Store().getIRTuning()->pIrLinear);
+    ASSERT_NE(nullptr, Store().getExtTuning());
+    EXPECT_NE(nullptr, Store().getExtTuning()->pMtrAndExpModeConfig);
+    ASSERT_NE(nullptr, Store().getArbTuning());
+    const aecArbitration::AECCoreArbitrationType* pArb = Store().getArbTuning()->pCore;
+    ASSERT_NE(nullptr, pArb);
+    EXPECT_EQ(&pArb->expTables[1], Store().getExposureTableFromTableID(1));
+    EXPECT_FLOAT_EQ(2.0F, Store().getExposureTableFromTableID(1)->sensitivityCorrectionFactor);
+}
+
+TEST_F(DataManagerTest, RoleSetBeforeTuningIsLostButTakenAfterTheFakeTuning)
+{
+    SetRole(0, StatsAlgoRoleSlave);
+    EXPECT_EQ(StatsAlgoRoleDefault, Store().getCameraInfo()->algoRole);
+    StatsTuningData tuning = {};
+    ASSERT_EQ(AecSuccess, Store().setSorenta(&tuning, nullptr));
+    SetRole(0, StatsAlgoRoleSlave);
+    EXPECT_EQ(StatsAlgoRoleSlave, Store().getCameraInfo()->algoRole);
+    // The built-in multi-camera tuning lets the slave's exposure follow the master.
+    EXPECT_EQ(AECAlgoExposureFollow, Store().getExposureType());
+}
+
+// ---- ROI priority ----
+
+class ROIPriorityTuningTest : public DataManagerTest
+{
+protected:
+    // ROI priority tuning that ranks regions by twice their size.
+    void UseROIPriorityTuning(BOOL enable)
+    {
+        m_faceModule.statsROIProcess.enableROIPriority            = enable;
+        m_faceModule.statsROIProcess.ROIPriorityTuning.sizeWeight   = 2.0F;
+        m_faceModule.statsROIProcess.ROIPriorityTuning.centerWeight = 0.0F;
+        m_tuningStore.modules.modFace                               = &m_faceModule;
+        ApplyTuning();
+    }
+
+    // Share of the image of the first face of ShowFaces: 400 x 200 of 4000 x 3000.
+    static constexpr FLOAT FaceShare = 0.1F * (200.0F / 3000.0F);
+};
+
+TEST_F(ROIPriorityTuningTest, EnabledROIPriorityTuningRanksTheFaces)
+{
+    UseROIPriorityTuning(TRUE);
+    ShowFaces(1);
+    EXPECT_FLOAT_EQ(2.0F * FaceShare, Store().getFaceROI()->inputROIPriority.GetScore(0));
+}
+
+TEST_F(ROIPriorityTuningTest, DisabledROIPriorityTuningLeavesPlainSizeRanking)
+{
+    UseROIPriorityTuning(TRUE);
+    UseROIPriorityTuning(FALSE);
+    ShowFaces(1);
+    EXPECT_FLOAT_EQ(FaceShare, Store().getFaceROI()->inputROIPriority.GetScore(0));
+}
+
 // ---- Face presence ----
 
 TEST_F(DataManagerTest, FaceTurnsActiveOnlyAfterTheTunedEnterTime)
@@ -856,7 +926,7 @@ TEST_F(DataManagerTest, StatisticsConfigurationFromTuning)
     EXPECT_EQ(1u, m_logs.Count("histogram uniformity configured to 0"));
 
     // Tuning without statistics configuration returns to the defaults.
-    m_views.pStatsConfig = nullptr;
+    m_tuningStore.pStatsConfig = nullptr;
     ApplyTuning();
     EXPECT_EQ(15296u, Store().getBGBEConfig()->channelGainThreshold[0]);
     EXPECT_EQ(64u, Store().getBGBEConfig()->horizontalRegionCount);
@@ -873,7 +943,7 @@ TEST_F(DataManagerTest, StatisticsTuningWithAZeroFirstThresholdIsNotUsedButItsUn
     m_histogram.binUniformity                                 = 1;
     m_statsConfig.histStatsConfig.histogramsCount             = 1;
     m_statsConfig.histStatsConfig.histograms                  = &m_histogram;
-    m_views.pStatsConfig                                      = &m_statsConfig;
+    m_tuningStore.pStatsConfig                                = &m_statsConfig;
     ApplyTuning();
     EXPECT_EQ(15296u, Store().getBGBEConfig()->channelGainThreshold[1]);
     EXPECT_EQ(14, Store().getBGBEConfig()->outputBitDepth);
@@ -954,10 +1024,23 @@ protected:
 
     void UseSaturationControl(BOOL enable, BOOL predictive)
     {
-        m_meteringView.ADRCSaturation.enableADRCSatCtrl       = enable;
-        m_meteringView.ADRCSaturation.enablePredictiveSatCtrl = predictive;
+        // Saturation control comes from the "ADRCSat" entry of the parameter extension list.
+        m_saturationData                        = static_cast<FLOAT>(predictive);
+        m_saturationEntry.ID                    = 2;
+        m_saturationEntry.Name                  = m_saturationName;
+        m_saturationEntry.enableFlag            = enable;
+        m_saturationEntry.dataCount             = 1;
+        m_saturationEntry.data                  = &m_saturationData;
+        m_paramExt.extensionParamCount          = 1;
+        m_paramExt.extensionParam               = &m_saturationEntry;
+        m_tuningStore.modules.modParamExt       = &m_paramExt;
         UseMeteringTuning();
     }
+
+    CHAR                                         m_saturationName[8] = "ADRCSat";
+    FLOAT                                        m_saturationData    = 0.0F;
+    statsglobalelements::statsExtensionParamType m_saturationEntry   = {};
+    aecParamExtension::ParamExtensionType        m_paramExt          = {};
 };
 
 TEST_F(SaturationThresholdTest, ThresholdsFollowTheShortExposureAndThePredictiveGains)
@@ -1099,8 +1182,7 @@ TEST_F(DataManagerTest, ExposureTableIDSelectsATunedTableOrFallsBackOnTableZero)
 {
     m_arbitrationCore.expTablesCount = 2;
     m_arbitrationCore.expTables      = m_tables;
-    m_arbitrationView.pCore          = &m_arbitrationCore;
-    m_views.pArb                     = &m_arbitrationView;
+    m_tuningStore.modules.modArb     = &m_arbitrationCore;
     ApplyTuning();
 
     EXPECT_EQ(&m_tables[0], Store().getExposureTableFromTableID(0));

@@ -14,6 +14,7 @@
 #include "aec/core/base/aecobjectalloc.h"
 #include "aec/core/base/caeccore.h"
 #include "aec/core/base/caeccoredatamanager.h"
+#include "unit/core/coretuningsupport.h"
 #include "platform/statslogger.h"
 
 // ---- Core log capture ----
@@ -267,6 +268,13 @@ public:
     }
 
     static size_t HistorySize(CAECCoreDataManager& rStore) { return rStore.m_curModeInfo.frameHistories.size(); }
+
+    // Puts the store's modules in force as the tuning change does first, without the change's other steps.
+    static void UseTuning(CAECCoreDataManager& rStore, CTestTuningStore& rTuningStore)
+    {
+        const StatsTuningData tuning = rTuningStore.TuningData();
+        rStore.m_tuningManager.SetSorenta(&tuning, &rStore.m_pCoreTuningData);
+    }
 };
 
 #endif // TESTS_UNIT_CORE_CORETESTSUPPORT_H

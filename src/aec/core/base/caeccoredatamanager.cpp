@@ -40,14 +40,6 @@ constexpr DOUBLE AECIndexPerLog10 = 77.89852905273438;
 // Below this two exposure values or speeds count as equal.
 constexpr FLOAT AECFloatEpsilon = 1e-7F;
 
-// One of the host's tuning mode selectors as the parameter store lays it out: the mode, then the sub-mode,
-// 32 bits each. Later stage: the parameter store's own TuningMode record replaces this view.
-struct AECTuningModeSelector
-{
-    UINT32 mode;
-    UINT32 subMode;
-};
-
 // Converts to UINT32, saturating at both ends: an out-of-range float conversion is undefined. NaN gives 0.
 UINT32 ToUINT32Saturated(DOUBLE value)
 {
@@ -108,7 +100,8 @@ BOOL IsStreamingTypeMode(AECAlgoOperationModeType mode)
 
 CAECCoreDataManager::CAECCoreDataManager()
     : m_componentList()
-    , m_tuningViews()
+    , m_tuningManager()
+    , m_pCoreTuningData(nullptr)
     , currentTuningMode()
     , m_opMode(AECAlgoOperationModeInit)
     , m_mtrMode(AECAlgoMeteringModeCenterWeighted)
@@ -294,9 +287,14 @@ VOID CAECCoreDataManager::saveStartExposure(const FLOAT* pExpIndices, FLOAT luxI
                  m_lockContext.lockState);
 }
 
+const MeteringTuningDataType* CAECCoreDataManager::meteringTuning() const
+{
+    return (nullptr != m_pCoreTuningData) ? &m_pCoreTuningData->mtrTuningData : nullptr;
+}
+
 FLOAT CAECCoreDataManager::getStartEVOffset() const
 {
-    const MeteringTuningDataType* pMtr = m_tuningViews.pMtr;
+    const MeteringTuningDataType* pMtr = meteringTuning();
     if ((nullptr == pMtr) || (nullptr == pMtr->pCore))
     {
         return 0.0F;
@@ -411,7 +409,7 @@ VOID CAECCoreDataManager::processROIsPerFrame()
 FLOAT CAECCoreDataManager::getFaceHoldTime() const
 {
     // Without tuning the hold time is 0: the face state follows on the first frame of a change.
-    const MeteringTuningDataType* pMtr     = m_tuningViews.pMtr;
+    const MeteringTuningDataType* pMtr     = meteringTuning();
     const BOOL                    isActive = (FALSE != m_faceROIs.isActiveFace) ? TRUE : FALSE;
     if (nullptr == pMtr)
     {
@@ -518,7 +516,8 @@ VOID CAECCoreDataManager::clearROIInfo()
 
 VOID CAECCoreDataManager::InitStatsConfig()
 {
-    const aecStatsConfig::AECStatsConfig* pTuning = m_tuningViews.pStatsConfig;
+    const aecStatsConfig::AECStatsConfig* pTuning =
+        (nullptr != m_pCoreTuningData) ? m_pCoreTuningData->pStatsConfig : nullptr;
     // A first grid threshold of 0 marks statistics tuning that was left empty.
     if ((nullptr == pTuning) || (0.0F == pTuning->gridStatsConfig.maxStatsChannelThreshold[0]) ||
         (FALSE == InitStatsConfigFromTuning(*pTuning)))
@@ -601,7 +600,7 @@ BOOL CAECCoreDataManager::InitStatsConfigFromTuning(const aecStatsConfig::AECSta
 
 BOOL CAECCoreDataManager::MapTuningToMtrExpConfig(const StatsCameraInfo& cameraInfo)
 {
-    const ExtensionTuningDataType* pExt = m_tuningViews.pExt;
+    const ExtensionTuningDataType* pExt = getExtTuning();
     if ((nullptr == pExt) || (nullptr == pExt->pMtrAndExpModeConfig))
     {
         return FALSE;
@@ -890,16 +889,19 @@ VOID CAECCoreDataManager::setDCCalibrationUsingPeerInfo()
     }
 }
 
-VOID CAECCoreDataManager::setTuningViews(const AECCoreTuningViews& views)
-{
-    m_tuningViews = views;
-}
-
 BOOL CAECCoreDataManager::isTuningModeChange(const StatsTuningData* pTuning)
 {
     if (nullptr == pTuning)
     {
         return FALSE;
+    }
+    // No selectors at all: a host without a tuning store. Its first tuning brings in the fake tuning; after that
+    // there is no mode that could change.
+    if ((nullptr == pTuning->pTuningModeSelectors) && (0 == pTuning->numSelectors))
+    {
+        const BOOL isFirst = (nullptr == m_pCoreTuningData) ? TRUE : FALSE;
+        AEC_LOG_INFO("is tuning changed:%d", isFirst);
+        return isFirst;
     }
     // A shorter or missing selector list cannot be compared with the seven kept: reading on would overrun it.
     if ((nullptr == pTuning->pTuningModeSelectors) || (pTuning->numSelectors < AECTuningModeCount))
@@ -910,8 +912,8 @@ BOOL CAECCoreDataManager::isTuningModeChange(const StatsTuningData* pTuning)
     }
 
     // The first selector names the mode, the others the sub-modes of their mode; the low byte tells them apart.
-    const AECTuningModeSelector* pSelectors = static_cast<const AECTuningModeSelector*>(pTuning->pTuningModeSelectors);
-    AECTuningMode                selected[AECTuningModeCount];
+    const TuningMode* pSelectors = static_cast<const TuningMode*>(pTuning->pTuningModeSelectors);
+    AECTuningMode     selected[AECTuningModeCount];
     for (UINT32 i = 0; i < AECTuningModeCount; i++)
     {
         selected[i] = static_cast<AECTuningMode>(((0 == i) ? pSelectors[i].mode : pSelectors[i].subMode) & 0xFF);
@@ -926,13 +928,14 @@ BOOL CAECCoreDataManager::isTuningModeChange(const StatsTuningData* pTuning)
     return isChanged;
 }
 
-AecResult CAECCoreDataManager::setSorenta(const StatsTuningData* /*pTuning*/, IAECArbitration* pArbitration)
+AecResult CAECCoreDataManager::setSorenta(const StatsTuningData* pTuning, IAECArbitration* pArbitration)
 {
-    // Later stage: the tuning data adapter fetches the modules of the selected modes from the parameter store
-    // and the ROI priority tuning goes to the face regions. Until then the views of setTuningViews are in force.
+    m_tuningManager.SetSorenta(pTuning, &m_pCoreTuningData);
     InitStatsConfig();
+    applyROIPriorityTuning();
     // The uniformity follows the histogram tuning even when the rest of the statistics tuning is not used.
-    const HistogramTuning* pHistogram = FirstHistogram(m_tuningViews.pStatsConfig);
+    const HistogramTuning* pHistogram =
+        FirstHistogram((nullptr != m_pCoreTuningData) ? m_pCoreTuningData->pStatsConfig : nullptr);
     if (nullptr != pHistogram)
     {
         m_BayerHistConfig.uniform = IsUniformHistogram(*pHistogram);
@@ -951,6 +954,24 @@ AecResult CAECCoreDataManager::setSorenta(const StatsTuningData* /*pTuning*/, IA
     }
     updateHistoryTableSI();
     return AecSuccess;
+}
+
+VOID CAECCoreDataManager::applyROIPriorityTuning()
+{
+    const aecFace::StatsROIProcessType* pROIProcess =
+        (nullptr != m_pCoreTuningData) ? m_pCoreTuningData->pStatsROIProcess : nullptr;
+    if ((nullptr == pROIProcess) || (1 != pROIProcess->enableROIPriority))
+    {
+        m_faceROIs.inputROIPriority.SetTuningData(nullptr);
+        m_faceROIs.filteredROIPriority.SetTuningData(nullptr);
+        return;
+    }
+    // The face regions keep their own copy of the ranking weights.
+    ROIPriorityTuning tuning = {};
+    tuning.sizeWeight        = pROIProcess->ROIPriorityTuning.sizeWeight;
+    tuning.centerWeight      = pROIProcess->ROIPriorityTuning.centerWeight;
+    m_faceROIs.inputROIPriority.SetTuningData(&tuning);
+    m_faceROIs.filteredROIPriority.SetTuningData(&tuning);
 }
 
 VOID CAECCoreDataManager::rederivePrevModeIndices(IAECArbitration* pArbitration)
@@ -992,7 +1013,7 @@ VOID CAECCoreDataManager::AECUtilUpdateFrameTableSI(AECFrameHistory& rHistory)
         rHistory.expIndicesTargets[i] += offset;
     }
     // A lux index compensated for the table sensitivity does not depend on the table.
-    const MeteringTuningDataType* pMtr = m_tuningViews.pMtr;
+    const MeteringTuningDataType* pMtr = meteringTuning();
     const BOOL isLuxIndexCompensated   = (nullptr != pMtr) && (nullptr != pMtr->pCore) &&
                                        (1 == pMtr->pCore->mtrLumaCalc.indexCalc.enableLuxIndexComp);
     if (FALSE == isLuxIndexCompensated)
@@ -1621,27 +1642,27 @@ INT32 CAECCoreDataManager::getFlashMaxCurrent()
 
 const IRTuningDataType* CAECCoreDataManager::getIRTuning()
 {
-    return m_tuningViews.pIR;
+    return (nullptr != m_pCoreTuningData) ? &m_pCoreTuningData->IRTuningData : nullptr;
 }
 
 const ConvergenceTuningDataType* CAECCoreDataManager::getConvTuning()
 {
-    return m_tuningViews.pConv;
+    return (nullptr != m_pCoreTuningData) ? &m_pCoreTuningData->convTuningData : nullptr;
 }
 
 const MeteringTuningDataType* CAECCoreDataManager::getMtrTuning()
 {
-    return m_tuningViews.pMtr;
+    return meteringTuning();
 }
 
 const ArbitrationTuningDataType* CAECCoreDataManager::getArbTuning()
 {
-    return m_tuningViews.pArb;
+    return (nullptr != m_pCoreTuningData) ? &m_pCoreTuningData->arbTuningData : nullptr;
 }
 
 const ExtensionTuningDataType* CAECCoreDataManager::getExtTuning()
 {
-    return m_tuningViews.pExt;
+    return (nullptr != m_pCoreTuningData) ? &m_pCoreTuningData->extTuningData : nullptr;
 }
 
 const ModArbitrationContext* CAECCoreDataManager::getExposureLimitation()
@@ -1724,7 +1745,7 @@ const StatsGyroInfo* CAECCoreDataManager::getGyroInfo()
 
 BOOL CAECCoreDataManager::getDRCEnable()
 {
-    const MeteringTuningDataType* pMtr = m_tuningViews.pMtr;
+    const MeteringTuningDataType* pMtr = meteringTuning();
     // Without tuning ADRC stays off.
     const BOOL tuned = ((nullptr != pMtr) && (nullptr != pMtr->pCore))
                            ? pMtr->pCore->mtrLumaTarget.histLumaTarget.enableADRC
@@ -1790,7 +1811,7 @@ const StatsBayerGridBayerExposureConfig* CAECCoreDataManager::getBGBEConfig()
 {
     // With ADRC saturation control the thresholds scale with the spread between the short and the safe exposure
     // and, unless predictive saturation control takes care of them, with the predictive gains of the frame.
-    const MeteringTuningDataType* pMtr = m_tuningViews.pMtr;
+    const MeteringTuningDataType* pMtr = meteringTuning();
     if ((nullptr == pMtr) || (1 != pMtr->ADRCSaturation.enableADRCSatCtrl))
     {
         return &m_BGBEConfig;
@@ -1876,7 +1897,7 @@ aecArbitration::ExposureTableType* CAECCoreDataManager::getExposureTableFromTabl
     {
         return &m_customExposureTableInfo.expTable;
     }
-    const ArbitrationTuningDataType* pArb = m_tuningViews.pArb;
+    const ArbitrationTuningDataType* pArb = getArbTuning();
     if ((nullptr == pArb) || (nullptr == pArb->pCore))
     {
         return nullptr;

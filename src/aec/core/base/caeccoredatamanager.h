@@ -4,7 +4,7 @@
 
 #include <list>
 
-#include "aec/core/base/aectuningviews.h"
+#include "aec/core/base/ctuningdataadapter.h"
 #include "aec/core/include/aeccorecommon.h"
 #include "aec/core/include/aeccoredata.h"
 #include "aec/core/include/aecdebugdata.h"
@@ -13,12 +13,17 @@
 #include "aec/core/include/iaeccomponent.h"
 #include "aec/core/include/iaeccontext.h"
 
+// The application's exposure table in the tuned table's form; honoured only while isValid is 1.
+struct AECCustomExposureTableInfo
+{
+    aecArbitration::ExposureTableType expTable;
+    BOOL                              isValid;
+};
+
 // Modules read the store through IAECContext, write back through their callback interface and learn of
 // changes through the IAECComponent events; the core drives it through the non-virtual operations.
 //
-// Later stage: the tuning data adapter (m_tuningManager) fetches the tuning from the parameter store and sets the
-// views that setTuningViews sets now, including the ROI priority tuning of the face regions; the debug data
-// writer records the statistics and fills the host's buffer.
+// Later stage: the debug data writer records the statistics and fills the host's buffer.
 class CAECCoreDataManager final : public IAECContext,
                                   public IMeteringCallback,
                                   public IConvergenceCallback,
@@ -80,13 +85,11 @@ public:
     AecResult MapMultiCamPeerInfo(const StatsPeerInfoCombo* pCombo, const AECMultiCamInfo** ppPeerInfo);
     // Takes the peer's record (owned by the peer's instance) and its dual-camera calibration if own is missing.
     VOID      setPeerInfo(const AECMultiCamInfo* pPeerInfo);
-    // Later stage: the tuning data adapter sets the views from the parameter store; until then this is the
-    // only way in. A null view means "without tuning". setSorenta then applies them as a tuning change does.
-    VOID      setTuningViews(const AECCoreTuningViews& views);
-    // TRUE when the host's tuning mode selectors differ from those last seen; then they are taken over.
+    // TRUE when the host's tuning mode selectors differ from those last seen; then they are taken over. A host
+    // without a tuning store sends no selectors at all: that counts as a change only while no tuning is in force.
     BOOL      isTuningModeChange(const StatsTuningData* pTuning);
-    // Re-reads the tuning after a change of tuning mode and carries the previous mode and the current history
-    // over to the new exposure tables of arbitration.
+    // Re-reads the tuning after a change of tuning mode (fake tuning without a tuning store) and carries the
+    // previous mode and the current history over to the new exposure tables of arbitration.
     AecResult setSorenta(const StatsTuningData* pTuning, IAECArbitration* pArbitration);
     AecResult setMeteringMode(AECAlgoMeteringModeType mode);
     // EVVal counts steps of the EV capabilities.
@@ -234,6 +237,10 @@ private:
     VOID setDCCalibrationUsingPeerInfo();
     // Arms the flash measurement frame counter on entering the flash measurement mode.
     VOID armFlashMeasSwitchCounter();
+    // The metering view of the tuning in force; null without tuning.
+    const MeteringTuningDataType* meteringTuning() const;
+    // The face regions' ranking from the tuning's ROI priority, or plain size ranking when it is off.
+    VOID applyROIPriorityTuning();
     // Index offset of the EV compensation in force, from the metering tuning's EV compensation table; 0 without it.
     FLOAT getStartEVOffset() const;
     // Seconds a change of face presence must last before the face state follows it.
@@ -252,8 +259,9 @@ private:
     VOID rederivePrevModeIndices(IAECArbitration* pArbitration);
 
     std::list<IAECComponent*>   m_componentList;
-    // Later stage: the tuning data adapter (m_tuningManager) and its CoreModuleTuningData take this place.
-    AECCoreTuningViews          m_tuningViews;
+    CTuningDataAdapter          m_tuningManager;
+    // The adapter's views; null until the first tuning, then the same address for the store's lifetime.
+    CoreModuleTuningData*       m_pCoreTuningData;
     AECTuningMode               currentTuningMode[AECTuningModeCount];
     AECAlgoOperationModeType    m_opMode;
     AECAlgoMeteringModeType     m_mtrMode;

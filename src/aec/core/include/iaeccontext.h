@@ -5,7 +5,7 @@
 #include "aecore/aecore.h"
 #include "aec/core/include/aeccoredata.h"
 
-// Per-module views of the tuning, defined with the tuning data adapter.
+// Per-module views of the tuning, defined in aec/core/include/coremoduletuningdata.h.
 struct IRTuningDataType;
 struct MeteringTuningDataType;
 struct ConvergenceTuningDataType;
