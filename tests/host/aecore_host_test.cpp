@@ -140,6 +140,26 @@ TEST_F(HostTest, FramesAreProcessedAfterTheStartQueryAndTheOutputListIsWalked)
     EXPECT_GE(frame.frameControl.predictiveGain, 1.0F);
 }
 
+TEST_F(HostTest, StartQueryAnswersWithAnExposureFromTheTable)
+{
+    LYRAECAlgorithm* pAlgo = nullptr;
+    ASSERT_EQ(VelaResultSuccess, m_harness.Create(0, &pAlgo));
+    ASSERT_EQ(VelaResultSuccess, m_harness.Configure(pAlgo, kSensor, AECAlgoOperationModeStreaming));
+    HostFrameResult start = {};
+    ASSERT_EQ(VelaResultSuccess, m_harness.QueryStartExposure(pAlgo, &start));
+
+    // The built-in tuning starts at index 300: 4x gain with the time grown from the 13.8 ms knee.
+    for (UINT32 i = 0; i < 3; i++)
+    {
+        const AECAlgoExposureData& exposure = start.exposures[i].exposureData;
+        EXPECT_GT(exposure.exposureTime, 13825301u) << "entry " << i;
+        EXPECT_LT(exposure.exposureTime, 27640562u) << "entry " << i;
+        EXPECT_FLOAT_EQ(4.0F, exposure.linearGain) << "entry " << i;
+        EXPECT_FLOAT_EQ(1.0F, exposure.fnumber) << "entry " << i;
+        EXPECT_FLOAT_EQ(static_cast<FLOAT>(exposure.exposureTime) * 4.0F, exposure.sensitivity) << "entry " << i;
+    }
+}
+
 TEST_F(HostTest, FrameBeforeTheStartQueryIsRefused)
 {
     LYRAECAlgorithm* pAlgo = nullptr;

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <memory>
 
 #include "unit/core/coretestfixture.h"
@@ -52,6 +53,13 @@ TEST(CAECCoreDefaultTest, RunsTheHostPathOnItsOwnModules)
     CoreLogCapture logs;
     std::unique_ptr<CAECCore> pCore(new CAECCore());
 
+    // Tuning without a parameter store: the core runs on its built-in default tuning.
+    StatsTuningData tuning  = {};
+    AECCoreSetParam sorenta = {};
+    sorenta.paramType       = AECAlgoSetParamSorentaData;
+    sorenta.data.pTuningData = &tuning;
+    ASSERT_EQ(0, pCore->setInput(&sorenta));
+
     AECCoreSetParam mode = {};
     mode.paramType       = AECAlgoSetParamOperationMode;
     mode.data.opMode     = AECAlgoOperationModeStreaming;
@@ -76,7 +84,14 @@ TEST(CAECCoreDefaultTest, RunsTheHostPathOnItsOwnModules)
     EXPECT_EQ(AECAlgoFlashStateOff, output.frameSetting.flashState);
     EXPECT_EQ(0u, output.frameSetting.LEDCurrents[0]);
     EXPECT_FLOAT_EQ(1.0F, output.frameSetting.LEDInfluenceRatio);
-    EXPECT_FLOAT_EQ(1.0F, output.frameSetting.exposureSets[AECAlgoExposureSafe].fnumber);
+    // The default start index 300 lies between the knees at 291.4 (13.8 ms, gain 4) and 328.6 (27.6 ms, gain 6),
+    // where exposure time grows first.
+    const AECAlgoExposureData& safe = output.frameSetting.exposureSets[AECAlgoExposureSafe];
+    EXPECT_FLOAT_EQ(1.0F, safe.fnumber);
+    EXPECT_FLOAT_EQ(4.0F, safe.linearGain);
+    EXPECT_GT(safe.exposureTime, 13825301u);
+    EXPECT_LT(safe.exposureTime, 27640562u);
+    EXPECT_NEAR(static_cast<double>(safe.exposureTime), 13825301.0 * std::pow(1.03, 300.0 - 291.418213), 20000.0);
 
     CAECCoreDataManager& rStore = CAECCoreTestPeer::DataManager(*pCore);
     EXPECT_EQ(10u, CAECCoreTestPeer::HistorySize(rStore));

@@ -1,35 +1,75 @@
-// Arbitration module stand-in: exposure tables and limits are not applied until the arbitration stage lands.
+// Arbitration module stand-in: exposure indices go through the tuned exposure table; limits, anti-banding and HDR wait for the arbitration stage.
 #include "aec/core/modules/mod_arb/caecmodarbitration.h"
 
 #include <cstring>
 
+#include "aec/core/include/iaeccontext.h"
+#include "platform/statslogger.h"
+
 CAECModArbitration::CAECModArbitration(IAECContext* pContext, IArbitrationCallback* /*pCallback*/)
+    : m_expTable(), m_sensitivityCorrection(0.0F)
 {
     m_aecContext = pContext;
 }
 
-VOID CAECModArbitration::FillNeutralOutput(ArbitrationOutput* pOutput)
+AecResult CAECModArbitration::OnTuningHeaderChange()
+{
+    UpdateExpTable();
+    return AecSuccess;
+}
+
+BOOL CAECModArbitration::UpdateExpTable()
+{
+    aecArbitration::ExposureTableType* pTable =
+        (nullptr != m_aecContext) ? m_aecContext->getExposureTableFromTableID(0) : nullptr;
+    m_sensitivityCorrection = 0.0F;
+    if ((nullptr != pTable) && (m_expTable.SetExpTable(pTable) > 0.0F))
+    {
+        m_sensitivityCorrection = pTable->sensitivityCorrectionFactor;
+    }
+    return (m_sensitivityCorrection > 0.0F) ? TRUE : FALSE;
+}
+
+AecResult CAECModArbitration::LookUpExposures(const FLOAT* pExpIndices, ArbitrationOutput* pOutput)
 {
     std::memset(pOutput, 0, sizeof(*pOutput));
+    if ((m_sensitivityCorrection <= 0.0F) && (FALSE == UpdateExpTable()))
+    {
+        AEC_LOG_ERROR("No valid exposure table in the tuning: exposures stay empty");
+        return AecError;
+    }
     for (UINT32 i = 0; i < AECAlgoExposureCount; i++)
     {
-        pOutput->expSets[i].linearGain      = 1.0F;
-        pOutput->expSets[i].fnumber         = 1.0F;
-        pOutput->IdealexpSets[i].linearGain = 1.0F;
-        pOutput->IdealexpSets[i].fnumber    = 1.0F;
+        ExposureSetType set = {};
+        set.expIndex        = pExpIndices[i];
+        // Without staggered HDR every entry is a safe (single) exposure of the one table.
+        if (AecSuccess != m_expTable.ExpTableEntryLookUp(RawTable, &set, AECAlgoExposureSafe, SHDRAECMODEDEFAULT))
+        {
+            return AecError;
+        }
+        AECAlgoExposureData& exposure = pOutput->expSets[i];
+        exposure.exposureTime         = set.expTime;
+        exposure.linearGain           = set.gain;
+        exposure.fnumber              = set.fnumber;
+        exposure.sensitivity          = static_cast<FLOAT>(set.expTime) * set.gain / (set.fnumber * set.fnumber) *
+                               m_sensitivityCorrection;
+        exposure.snapshotExposureTime = exposure.exposureTime;
+        exposure.snapShotLinearGain   = exposure.linearGain;
+        exposure.snapshotSensitivity  = exposure.sensitivity;
+        exposure.compenADRCGain       = 1.0F;
+        pOutput->IdealexpSets[i]      = exposure;
     }
-}
-
-AecResult CAECModArbitration::ArbitrateExposure(ArbitrationStreamInput* /*pInput*/, ArbitrationOutput* pOutput)
-{
-    FillNeutralOutput(pOutput);
     return AecSuccess;
 }
 
-AecResult CAECModArbitration::ArbitrateExposure(ArbitrationStillInput* /*pInput*/, ArbitrationOutput* pOutput)
+AecResult CAECModArbitration::ArbitrateExposure(ArbitrationStreamInput* pInput, ArbitrationOutput* pOutput)
 {
-    FillNeutralOutput(pOutput);
-    return AecSuccess;
+    return LookUpExposures(pInput->expIndices, pOutput);
+}
+
+AecResult CAECModArbitration::ArbitrateExposure(ArbitrationStillInput* pInput, ArbitrationOutput* pOutput)
+{
+    return LookUpExposures(pInput->expIndices, pOutput);
 }
 
 AecResult CAECModArbitration::OnLDMIrisTable(LDMIrisTableData /*irisTable*/)

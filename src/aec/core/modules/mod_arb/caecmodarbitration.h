@@ -1,12 +1,14 @@
-// Arbitration module stand-in: exposure tables and limits are not applied until the arbitration stage lands.
+// Arbitration module stand-in: exposure indices go through the tuned exposure table; limits, anti-banding and HDR wait for the arbitration stage.
 #ifndef AEC_CORE_MODULES_MOD_ARB_CAECMODARBITRATION_H
 #define AEC_CORE_MODULES_MOD_ARB_CAECMODARBITRATION_H
 
 #include "aec/core/include/iaecarbitration.h"
 #include "aec/core/include/iaeccallbacks.h"
+#include "aec/core/modules/mod_arb/cexptable.h"
 
-// Minimal stand-in for the arbitration module until its stage lands: it does nothing beyond returning success
-// and neutral outputs. Every exposure comes out with unity gain and f-number 1.0 and no exposure time.
+// Minimal stand-in for the arbitration module until its stage lands: each exposure index is looked up in the
+// raw exposure table of the tuning (table 0), so exposures are real sensor settings; frame-rate and EV knees,
+// limits, anti-banding, manual modes, HDR and multi-camera sync are not applied yet.
 class CAECModArbitration final : public IAECArbitration
 {
 public:
@@ -22,8 +24,16 @@ public:
                                         FLOAT*                   pExpIndices) override;
     AecResult ComputeTargetIndexInMultiCam(FLOAT luxIndex, FLOAT* pTargetIndices) override;
 
+    AecResult OnTuningHeaderChange() override;
+
 private:
-    static VOID FillNeutralOutput(ArbitrationOutput* pOutput);
+    // Adopts table 0 of the tuning in force; FALSE while there is none.
+    BOOL      UpdateExpTable();
+    // Looks up the three indices into the exposure and ideal exposure sets of pOutput.
+    AecResult LookUpExposures(const FLOAT* pExpIndices, ArbitrationOutput* pOutput);
+
+    CExpTable m_expTable;
+    FLOAT     m_sensitivityCorrection; // of the adopted table, 0.0 while none is adopted
 };
 
 #endif // AEC_CORE_MODULES_MOD_ARB_CAECMODARBITRATION_H

@@ -1,6 +1,10 @@
 // Convergence module stand-in: exposure stepping and settle decisions are not computed until the convergence stage lands.
 #include "aec/core/modules/mod_conv/caecmodconvergence.h"
 
+#include "aec/core/include/coremoduletuningdata.h"
+#include "aec/core/include/iaeccontext.h"
+#include "tuning_aecstartup.h"
+
 CAECModConvergence::CAECModConvergence(IAECContext* pContext, IConvergenceCallback* /*pCallback*/)
 {
     m_aecContext = pContext;
@@ -20,10 +24,17 @@ AecResult CAECModConvergence::ConvergeFrameExposure(const ConvergenceInput* pInp
 
 AecResult CAECModConvergence::GetStartExposureIndices(FLOAT* pIndices, FLOAT* pLuxIndex, BOOL /*refuseFastStart*/)
 {
+    // Until the convergence stage lands every mode starts from the tuned start index of an ordinary start.
+    const ConvergenceTuningDataType* pTuning    = (nullptr != m_aecContext) ? m_aecContext->getConvTuning() : nullptr;
+    FLOAT                            startIndex = 0.0F;
+    if ((nullptr != pTuning) && (nullptr != pTuning->pStartUp))
+    {
+        startIndex = pTuning->pStartUp->generic.startExpIndex;
+    }
     for (UINT32 i = 0; i < AECAlgoExposureCount; i++)
     {
-        pIndices[i] = 0.0F;
+        pIndices[i] = startIndex;
     }
-    *pLuxIndex = 0.0F;
+    *pLuxIndex = startIndex;
     return AecSuccess;
 }

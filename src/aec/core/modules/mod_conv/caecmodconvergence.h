@@ -7,7 +7,7 @@
 
 // Minimal stand-in for the convergence module until its stage lands: it does nothing beyond returning success
 // and neutral outputs. A frame takes its targets as exposure indices at once and is never reported settled;
-// the start indices of a mode are zero.
+// every mode starts from the tuned start index of an ordinary start.
 class CAECModConvergence final : public IAECConvergence
 {
 public:

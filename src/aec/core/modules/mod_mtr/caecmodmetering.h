@@ -5,8 +5,9 @@
 #include "aec/core/include/iaeccallbacks.h"
 #include "aec/core/include/iaecmetering.h"
 
-// Minimal stand-in for the metering module until its stage lands: it does nothing beyond returning success
-// and neutral outputs, so the pipeline runs on the targets the core seeds from the frame history.
+// Minimal stand-in for the metering module until its stage lands: it publishes the tuned EV capabilities and
+// otherwise returns success and neutral outputs, so the pipeline runs on the targets the core seeds from the
+// frame history.
 class CAECModMetering final : public IAECMetering
 {
 public:
@@ -18,6 +19,10 @@ public:
     VOID      EstimateLuxIndexForSlave(AECMeteringFrameProcOutput* pOutput) override;
     VOID      GetYStats(FLOAT* pYStats, UINT32 capacity, UINT32& count) override;
     AecResult ProcessFrameStatsForIR(AECIRFrameProcInput* pInput) override;
+    AecResult OnTuningHeaderChange() override;
+
+private:
+    IMeteringCallback* m_pCallback;
 };
 
 #endif // AEC_CORE_MODULES_MOD_MTR_CAECMODMETERING_H
