@@ -177,9 +177,15 @@ TEST_F(ProcessedStatsTest, DebugDataCopiesTheResults)
     RunRamp();
     auto pDebug = std::make_unique<AECDebugData>();
     View()->FillDebugData(pDebug.get());
-    EXPECT_EQ(192u, pDebug->BGProcResult.numProcessedRegions);
-    EXPECT_EQ(1, pDebug->BGProcResult.BGRegionsCalculated[191]);
-    EXPECT_EQ(1024, pDebug->BHistResult.numOfBins);
-    EXPECT_FLOAT_EQ(1.0f, pDebug->BHistResult.histCDF[0][1023]);
-    EXPECT_EQ(1, pDebug->BHistResult.isUniform);
+    // The debug record is packed: its fields are read by value, never bound to references.
+    const auto regions    = pDebug->BGProcResult.numProcessedRegions;
+    const auto calculated = pDebug->BGProcResult.BGRegionsCalculated[191];
+    const auto bins       = pDebug->BHistResult.numOfBins;
+    const auto cdf        = pDebug->BHistResult.histCDF[0][1023];
+    const auto uniform    = pDebug->BHistResult.isUniform;
+    EXPECT_EQ(192u, regions);
+    EXPECT_EQ(1, calculated);
+    EXPECT_EQ(1024, bins);
+    EXPECT_FLOAT_EQ(1.0f, cdf);
+    EXPECT_EQ(1, uniform);
 }
