@@ -6,7 +6,7 @@
 #include "platform/statslogger.h"
 
 CLegacyYGrid::CLegacyYGrid(ParsedLegacyYRegionType* pYRegions, UINT32 legacyW, UINT32 legacyH, UINT32 blockW,
-                           UINT32 blockH)
+                           UINT32 blockH, UINT32 gridW, UINT32 gridH)
     : m_pYRegions(pYRegions)
     , m_legacyW((0 == legacyW) ? 1 : legacyW)
     , m_legacyH((0 == legacyH) ? 1 : legacyH)
@@ -15,19 +15,19 @@ CLegacyYGrid::CLegacyYGrid(ParsedLegacyYRegionType* pYRegions, UINT32 legacyW, U
     , m_blockH((0 == blockH) ? 1 : blockH)
 {
     std::memset(m_count, 0, sizeof(m_count));
-}
-
-VOID CLegacyYGrid::Add(UINT32 x, UINT32 y, const ParsedBGRegionType& region)
-{
     // Grid counts that are no multiple of 16 leave extra columns or rows: they fold into the last legacy one.
-    UINT32 lx = x / m_blockW;
-    UINT32 ly = y / m_blockH;
-    lx        = (lx < m_legacyW) ? lx : (m_legacyW - 1);
-    ly        = (ly < m_legacyH) ? ly : (m_legacyH - 1);
-    const UINT32 idx = lx + ly * m_legacyW;
-    m_pYRegions[idx].Yval += region.rgnLuma;
-    m_pYRegions[idx].Ysat += region.rgnSatRatio;
-    m_count[idx]++;
+    const UINT32 cols = (gridW < BGMaxRegions) ? gridW : BGMaxRegions;
+    const UINT32 rows = (gridH < BGMaxRegions) ? gridH : BGMaxRegions;
+    for (UINT32 x = 0; x < cols; x++)
+    {
+        const UINT32 lx = x / m_blockW;
+        m_colIndex[x]   = static_cast<UINT8>((lx < m_legacyW) ? lx : (m_legacyW - 1));
+    }
+    for (UINT32 y = 0; y < rows; y++)
+    {
+        const UINT32 ly = y / m_blockH;
+        m_rowBase[y]    = static_cast<UINT8>(((ly < m_legacyH) ? ly : (m_legacyH - 1)) * m_legacyW);
+    }
 }
 
 BOOL CLegacyYGrid::Finish(BOOL divideSat)

@@ -121,24 +121,6 @@ AecResult CStatsProcessor::ProcessStats(const AECStatistics* pStats, const AECAl
     return result;
 }
 
-VOID CStatsProcessor::CountRegion(const ParsedBGRegionType& region)
-{
-    BGProcResult& res = m_ProcessedStats.m_BGRes;
-    if (region.rgnLuma >= YThresBrightStats)
-    {
-        res.numBrightRegions++;
-    }
-    else if (region.rgnLuma <= YThresDarkStats)
-    {
-        res.numDarkRegions++;
-    }
-    else
-    {
-        res.numNormalRegions++;
-    }
-    res.numProcessedRegions++;
-}
-
 VOID CStatsProcessor::ReprocessBGStats(BGStatsIterationMode itrMode, FLOAT ULx, FLOAT ULy, FLOAT LRx, FLOAT LRy)
 {
     if (nullptr == m_pInputStats)

@@ -95,6 +95,8 @@ public:
     static constexpr FLOAT  YThresDarkStats   = 8.0f;
     static constexpr UINT32 BayerChannelNum   = 4;
     static constexpr FLOAT  MaxBinGranularity = 0.0f;
+    // Regions the frame pass parses together, in vector lanes.
+    static constexpr UINT32 BGBlockLanes = 4;
 
 private:
     // The parser's own walk: every position of the window, parsed or not.
@@ -118,6 +120,18 @@ private:
         BGProcResult*         pRes;
     };
 
+    // Per-frame constants of the batched main grid pass.
+    struct BGBlockSetup
+    {
+        FLOAT pix;
+        FLOAT satDen;
+        FLOAT lumaDen;
+        FLOAT satRecip;     // exact reciprocal of satDen, or 0 when the division stays
+        FLOAT lumaRecip;    // the same for lumaDen
+        INT32 minNonSatCnt; // the parameter limited to the 16-bit count range
+        BOOL  batched;      // the frame's layout and saturation source allow the batch
+    };
+
     // Grid path.
     AecResult ProcessBGStats();
     AecResult ProcessLEFBGStats();
@@ -127,6 +141,10 @@ private:
     // Either grid case, as the frame mode selects; fails for a region already parsed this frame.
     AecResult ProcessBGStatsRegion(UINT32 idx);
     AecResult ProcessMainBGStatsRegion(UINT32 idx);
+    VOID      SetupBGBlock(BGBlockSetup* pSetup) const;
+    // Parses count (at most BGBlockLanes) consecutive regions from first with the results of
+    // ProcessMainBGStatsRegion; pParsed[i] tells which succeeded.
+    VOID      ParseMainBGBlock(const BGBlockSetup& setup, UINT32 first, UINT32 count, BOOL* pParsed);
     AecResult ProcessHDR3BGStatsRegion(UINT32 idx);
     AecResult ProcessExtraExposureBGRegion(const GridJob& job, UINT32 idx);
     BOOL      IdentifyBGStatsChannels(BGProcResult* pRes, const StatsBayerGrid* pGrid) const;
@@ -136,7 +154,38 @@ private:
     VOID      CalculateLumaWeight();
     UINT8     SelectSubsamplingFactor(UINT32 h, UINT32 v) const;
     VOID      UpdateGridSize(BGProcResult* pRes, const StatsBayerGrid* pGrid, BOOL fillPositions) const;
-    VOID      CountRegion(const ParsedBGRegionType& region);
+    // Regions per brightness class: bright, else dark, else normal (a NaN luma counts as normal).
+    struct RegionClassCounts
+    {
+        UINT32 bright;
+        UINT32 dark;
+        UINT32 normal;
+    };
+    static VOID ClassifyRegion(FLOAT luma, RegionClassCounts* pCounts)
+    {
+        if (luma >= YThresBrightStats)
+        {
+            pCounts->bright++;
+        }
+        else if (luma <= YThresDarkStats)
+        {
+            pCounts->dark++;
+        }
+        else
+        {
+            pCounts->normal++;
+        }
+    }
+    VOID CountRegion(const ParsedBGRegionType& region)
+    {
+        BGProcResult&     res    = m_ProcessedStats.m_BGRes;
+        RegionClassCounts counts = {res.numBrightRegions, res.numDarkRegions, res.numNormalRegions};
+        ClassifyRegion(region.rgnLuma, &counts);
+        res.numBrightRegions = counts.bright;
+        res.numDarkRegions   = counts.dark;
+        res.numNormalRegions = counts.normal;
+        res.numProcessedRegions++;
+    }
     BOOL      IsHDR3GridCase() const;
     UINT32    LumaCalculationConfig() const;
 

@@ -212,23 +212,44 @@ AecResult CStatsProcessor::ProcessBGStats()
 
     const BOOL   oneToOne = ((h * v) < BGMaxLegacyYRegions) ? TRUE : FALSE;
     CLegacyYGrid legacy(res.YRegions, oneToOne ? h : BGLegacyGridDim, oneToOne ? v : BGLegacyGridDim,
-                        oneToOne ? 1 : (h / BGLegacyGridDim), oneToOne ? 1 : (v / BGLegacyGridDim));
+                        oneToOne ? 1 : (h / BGLegacyGridDim), oneToOne ? 1 : (v / BGLegacyGridDim), h, v);
 
-    // Every region in raster order, the same positions an exhaustive whole-frame iterator visits.
-    for (UINT32 y = 0; y < v; y++)
+    // Every region in raster order, the same positions an exhaustive whole-frame iterator visits, a batch at a time.
+    BGBlockSetup setup;
+    SetupBGBlock(&setup);
+    const UINT32 total = h * v;
+    UINT32       x     = 0;
+    UINT32       y     = 0;
+    // The counts run in registers and land in the result once; the counts start at 0 every frame.
+    RegionClassCounts counts    = {0, 0, 0};
+    UINT32            processed = 0;
+    for (UINT32 first = 0; first < total; first += BGBlockLanes)
     {
-        for (UINT32 x = 0; x < h; x++)
+        const UINT32 count = ((total - first) < BGBlockLanes) ? (total - first) : BGBlockLanes;
+        BOOL         parsed[BGBlockLanes];
+        ParseMainBGBlock(setup, first, count, parsed);
+        for (UINT32 i = 0; i < count; i++)
         {
-            const UINT32 pos = x + y * h;
-            if (AecSuccess != ProcessMainBGStatsRegion(pos))
+            if (FALSE != parsed[i])
             {
-                continue;
+                const ParsedBGRegionType& region = res.BGRegions[first + i];
+                legacy.Add(x, y, region);
+                ClassifyRegion(region.rgnLuma, &counts);
+                processed++;
             }
-            const ParsedBGRegionType& region = res.BGRegions[pos];
-            legacy.Add(x, y, region);
-            CountRegion(region);
+            // Raster position of the next region.
+            x++;
+            if (x == h)
+            {
+                x = 0;
+                y++;
+            }
         }
     }
+    res.numBrightRegions    = counts.bright;
+    res.numDarkRegions      = counts.dark;
+    res.numNormalRegions    = counts.normal;
+    res.numProcessedRegions = processed;
     return (FALSE != legacy.Finish(TRUE)) ? AecSuccess : AecError;
 }
 

@@ -38,7 +38,7 @@ AecResult CStatsProcessor::ProcessHDR3BGStats()
     UpdateGridSize(&res, pGrid, TRUE);
     res.SWSubsmplFactor = m_BGProc.SWSubsmplFactor;
 
-    CLegacyYGrid legacy(res.YRegions, BGLegacyGridDim, BGLegacyGridDim, h >> 4, v >> 4);
+    CLegacyYGrid legacy(res.YRegions, BGLegacyGridDim, BGLegacyGridDim, h >> 4, v >> 4, h, v);
     BGStatsIteratorInternal it(&res, BGStatsIterationMode::Normal);
     while (FALSE != it.HasNext())
     {

@@ -35,6 +35,28 @@ VOID NormalizeHistArray(FLOAT (&values)[N], UINT32 count, UINT64 total)
     }
 }
 
+// Running values of one channel's walk.
+struct HistChannelRun
+{
+    UINT64 total;
+    FLOAT  sum;
+    FLOAT  sumWB;
+};
+
+// A completed group of one channel: its pixels, cumulative count and the two value-weighted running sums.
+template <typename TRes>
+inline VOID HistChannelStep(TRes* pRes, UINT32 c, UINT32 g, UINT64 binCount, FLOAT v, FLOAT gain, HistChannelRun& run)
+{
+    const FLOAT count = static_cast<FLOAT>(static_cast<INT64>(binCount));
+    run.total += binCount;
+    run.sum                   = FusedMultiplyAdd(count, v, run.sum);
+    run.sumWB                 = FusedMultiplyAdd(count, v * gain, run.sumWB);
+    pRes->groupedHist[c][g]   = binCount;
+    pRes->histCDF[c][g]       = static_cast<FLOAT>(static_cast<INT64>(run.total));
+    pRes->weightedCDF[c][g]   = run.sum;
+    pRes->weightedCDFWB[c][g] = run.sumWB;
+}
+
 // Walks numRawBins raw bins of pData into channel c's groups of pRes and normalises the three running arrays by
 // the pixel count. gain scales the value in the white-balanced sum. A null pData adds nothing. Returns the
 // pixel count; 0 leaves the arrays unnormalised and the caller fails the frame.
@@ -42,10 +64,8 @@ template <typename TRes>
 UINT64 AccumulateHistChannel(TRes* pRes, UINT32 c, const UINT32* pData, UINT32 numRawBins, FLOAT gain,
                              UINT32 chnlIndex)
 {
-    UINT64 total = 0;
-    FLOAT  sum   = 0.0f;
-    FLOAT  sumWB = 0.0f;
-    UINT32 g     = 0;
+    HistChannelRun run = {0, 0.0f, 0.0f};
+    UINT32         g   = 0;
     for (UINT32 r = 0; (r < numRawBins) && (g < pRes->groupedNumOfBins); r++)
     {
         if (r == pRes->binLUTs[g])
@@ -62,18 +82,11 @@ UINT64 AccumulateHistChannel(TRes* pRes, UINT32 c, const UINT32* pData, UINT32 n
         }
         if (r == static_cast<UINT32>(pRes->binLUTs[g + 1]) - 1)
         {
-            // Counts stay far below 2^63: the signed conversion is one instruction, the unsigned one a branch.
-            const FLOAT count = static_cast<FLOAT>(static_cast<INT64>(pRes->groupedHist[c][g]));
-            const FLOAT v     = pRes->valLUTs[g];
-            total += pRes->groupedHist[c][g];
-            sum                       = FusedMultiplyAdd(count, v, sum);
-            sumWB                     = FusedMultiplyAdd(count, v * gain, sumWB);
-            pRes->histCDF[c][g]       = static_cast<FLOAT>(total);
-            pRes->weightedCDF[c][g]   = sum;
-            pRes->weightedCDFWB[c][g] = sumWB;
+            HistChannelStep(pRes, c, g, pRes->groupedHist[c][g], pRes->valLUTs[g], gain, run);
             g++;
         }
     }
+    const UINT64 total = run.total;
     if (0 == total)
     {
         return 0;
@@ -82,6 +95,76 @@ UINT64 AccumulateHistChannel(TRes* pRes, UINT32 c, const UINT32* pData, UINT32 n
     NormalizeHistArray(pRes->weightedCDF[c], pRes->groupedNumOfBins, total);
     NormalizeHistArray(pRes->weightedCDFWB[c], pRes->groupedNumOfBins, total);
     return total;
+}
+
+// The same walk as AccumulateHistChannel for three channels at once, when each raw bin is its own group, every
+// channel has data and none is empty (the caller checks these with HistChannelsInterleavable). The running sums
+// of the channels are independent chains: walking them side by side, in registers, overlaps their latencies. Per
+// channel the operations and their order are those of the single-channel walk, so the results are the same bits.
+template <typename TRes>
+VOID AccumulateHistChannels3(TRes* pRes, const UINT32* const pData[3], const FLOAT gains[3], const UINT64 totals[3])
+{
+    HistChannelRun      run0   = {0, 0.0f, 0.0f};
+    HistChannelRun      run1   = {0, 0.0f, 0.0f};
+    HistChannelRun      run2   = {0, 0.0f, 0.0f};
+    const UINT32* const pData0 = pData[0];
+    const UINT32* const pData1 = pData[1];
+    const UINT32* const pData2 = pData[2];
+    const FLOAT         gain0  = gains[0];
+    const FLOAT         gain1  = gains[1];
+    const FLOAT         gain2  = gains[2];
+    const UINT32        n      = pRes->groupedNumOfBins;
+    for (UINT32 g = 0; g < n; g++)
+    {
+        const FLOAT v = pRes->valLUTs[g];
+        HistChannelStep(pRes, 0, g, pData0[g], v, gain0, run0);
+        HistChannelStep(pRes, 1, g, pData1[g], v, gain1, run1);
+        HistChannelStep(pRes, 2, g, pData2[g], v, gain2, run2);
+    }
+    for (UINT32 c = 0; c < 3; c++)
+    {
+        NormalizeHistArray(pRes->histCDF[c], n, totals[c]);
+        NormalizeHistArray(pRes->weightedCDF[c], n, totals[c]);
+        NormalizeHistArray(pRes->weightedCDFWB[c], n, totals[c]);
+    }
+}
+
+// True when the grouping maps raw bin i to group i for all numRawBins bins, and every channel has data and pixels;
+// fills the channels' pixel counts.
+template <typename TRes>
+BOOL HistChannelsInterleavable(const TRes* pRes, const UINT32* const pData[3], UINT32 numRawBins, UINT64 totals[3])
+{
+    if ((numRawBins != pRes->groupedNumOfBins) || (numRawBins >= (sizeof(pRes->binLUTs) / sizeof(pRes->binLUTs[0]))))
+    {
+        return FALSE;
+    }
+    UINT32 identity = 1;
+    for (UINT32 i = 0; i <= numRawBins; i++)
+    {
+        identity &= (static_cast<UINT32>(pRes->binLUTs[i]) == i) ? 1u : 0u;
+    }
+    if (0 == identity)
+    {
+        return FALSE;
+    }
+    for (UINT32 c = 0; c < 3; c++)
+    {
+        if (nullptr == pData[c])
+        {
+            return FALSE;
+        }
+        UINT64 total = 0;
+        for (UINT32 i = 0; i < numRawBins; i++)
+        {
+            total += pData[c][i];
+        }
+        if (0 == total)
+        {
+            return FALSE;
+        }
+        totals[c] = total;
+    }
+    return TRUE;
 }
 
 #endif // AEC_CORE_MODULES_MOD_MTR_HISTACCUMULATE_H
