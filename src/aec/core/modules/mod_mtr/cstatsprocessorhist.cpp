@@ -7,32 +7,11 @@
 
 BOOL CStatsProcessor::IdentifyBHistStatsChannels(BHistProcInfo* pInfo, const StatsBayerHist* pHist)
 {
-    INT32 ri = -1;
-    INT32 gi = -1;
-    INT32 bi = -1;
-    INT32 yi = -1;
-    for (INT32 i = 0; i < 4; i++)
-    {
-        const StatsColorChannelType type = pHist->histDataType[i];
-        if ((StatsColorChannelY == type) && (yi < 0))
-        {
-            yi = i;
-        }
-        else if ((StatsColorChannelR == type) && (ri < 0))
-        {
-            ri = i;
-        }
-        else if (((StatsColorChannelGR == type) || (StatsColorChannelGB == type) || (StatsColorChannelG == type)) &&
-                 (gi < 0))
-        {
-            gi = i;
-        }
-        else if ((StatsColorChannelB == type) && (bi < 0))
-        {
-            bi = i;
-        }
-        AEC_LOG_VERBOSE("channel: %d ri: %d gi: %d bi: %d yi: %d i %d", type, ri, gi, bi, yi, i);
-    }
+    const HistChannelIndices channels = FindHistChannels(pHist->histDataType, TRUE);
+    const INT32              ri       = channels.r;
+    const INT32              gi       = channels.g;
+    const INT32              bi       = channels.b;
+    const INT32              yi       = channels.y;
 
     BOOL found = TRUE;
     if ((ri >= 0) && (gi >= 0) && (bi >= 0))

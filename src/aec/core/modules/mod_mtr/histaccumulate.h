@@ -167,4 +167,44 @@ BOOL HistChannelsInterleavable(const TRes* pRes, const UINT32* const pData[3], U
     return TRUE;
 }
 
+// First index of each colour among the four channels of a histogram record, -1 where a colour is absent.
+struct HistChannelIndices
+{
+    INT32 r;
+    INT32 g;
+    INT32 b;
+    INT32 y;
+};
+
+// Bayer histograms count GR, GB and G as green; HDR3 histograms only G (acceptBayerGreens FALSE).
+inline HistChannelIndices FindHistChannels(const StatsColorChannelType* pTypes, BOOL acceptBayerGreens)
+{
+    HistChannelIndices found = {-1, -1, -1, -1};
+    for (INT32 i = 0; i < 4; i++)
+    {
+        const StatsColorChannelType type    = pTypes[i];
+        const BOOL                  isGreen = (StatsColorChannelG == type) ||
+                             ((TRUE == acceptBayerGreens) &&
+                              ((StatsColorChannelGR == type) || (StatsColorChannelGB == type)));
+        if ((StatsColorChannelY == type) && (found.y < 0))
+        {
+            found.y = i;
+        }
+        else if ((StatsColorChannelR == type) && (found.r < 0))
+        {
+            found.r = i;
+        }
+        else if ((TRUE == isGreen) && (found.g < 0))
+        {
+            found.g = i;
+        }
+        else if ((StatsColorChannelB == type) && (found.b < 0))
+        {
+            found.b = i;
+        }
+        AEC_LOG_VERBOSE("channel: %d ri: %d gi: %d bi: %d yi: %d i %d", type, found.r, found.g, found.b, found.y, i);
+    }
+    return found;
+}
+
 #endif // AEC_CORE_MODULES_MOD_MTR_HISTACCUMULATE_H
