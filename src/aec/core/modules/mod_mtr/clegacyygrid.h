@@ -19,6 +19,29 @@ public:
         m_pYRegions[idx].Ysat += region.rgnSatRatio;
         m_count[idx]++;
     }
+    // Adds count parsed regions that follow each other in grid row y from column x on, in the order of Add. The
+    // sums of one legacy region stay in registers while the run stays in it.
+    VOID AddRun(UINT32 x, UINT32 y, const ParsedBGRegionType* pRegions, UINT32 count)
+    {
+        const UINT32 rowBase = m_rowBase[y];
+        UINT32       i       = 0;
+        while (i < count)
+        {
+            const UINT32 col = m_colIndex[x + i];
+            const UINT32 idx = col + rowBase;
+            FLOAT        sumY   = m_pYRegions[idx].Yval;
+            FLOAT        sumSat = m_pYRegions[idx].Ysat;
+            UINT32       n      = 0;
+            for (; (i < count) && (m_colIndex[x + i] == col); i++, n++)
+            {
+                sumY += pRegions[i].rgnLuma;
+                sumSat += pRegions[i].rgnSatRatio;
+            }
+            m_pYRegions[idx].Yval = sumY;
+            m_pYRegions[idx].Ysat = sumSat;
+            m_count[idx] = static_cast<UINT16>(m_count[idx] + n);
+        }
+    }
     // Turns the sums into means (Ysat only when divideSat); false when a legacy region got no grid region.
     BOOL Finish(BOOL divideSat);
 

@@ -5,6 +5,18 @@
 #include "aec/core/modules/mod_mtr/cstatsprocessor.h"
 #include "platform/statslogger.h"
 
+namespace
+{
+// The classification of CStatsProcessor::ClassifyRegion without branches, for the frame pass: bright is tested
+// first and dark only for the rest; normal is what remains of the parsed regions (a NaN luma included).
+inline VOID CountBrightOrDark(FLOAT luma, UINT32* pBright, UINT32* pDark)
+{
+    const UINT32 isBright = (luma >= CStatsProcessor::YThresBrightStats) ? 1u : 0u;
+    *pBright += isBright;
+    *pDark += (1u - isBright) & ((luma <= CStatsProcessor::YThresDarkStats) ? 1u : 0u);
+}
+} // namespace
+
 BOOL CStatsProcessor::CheckGridShape(const StatsBayerGrid* pGrid) const
 {
     const UINT32 h = pGrid->horizontalRegionCount;
@@ -221,20 +233,39 @@ AecResult CStatsProcessor::ProcessBGStats()
     UINT32       x     = 0;
     UINT32       y     = 0;
     // The counts run in registers and land in the result once; the counts start at 0 every frame.
-    RegionClassCounts counts    = {0, 0, 0};
-    UINT32            processed = 0;
+    UINT32 bright    = 0;
+    UINT32 dark      = 0;
+    UINT32 processed = 0;
     for (UINT32 first = 0; first < total; first += BGBlockLanes)
     {
         const UINT32 count = ((total - first) < BGBlockLanes) ? (total - first) : BGBlockLanes;
         BOOL         parsed[BGBlockLanes];
         ParseMainBGBlock(setup, first, count, parsed);
+        if ((BGBlockLanes == count) && ((x + BGBlockLanes) <= h) && (FALSE != parsed[0]) && (FALSE != parsed[1]) &&
+            (FALSE != parsed[2]) && (FALSE != parsed[3]))
+        {
+            // A full batch within one grid row: the legacy grid takes it as one run.
+            legacy.AddRun(x, y, &res.BGRegions[first], BGBlockLanes);
+            for (UINT32 i = 0; i < BGBlockLanes; i++)
+            {
+                CountBrightOrDark(res.BGRegions[first + i].rgnLuma, &bright, &dark);
+            }
+            processed += BGBlockLanes;
+            x += BGBlockLanes;
+            if (x == h)
+            {
+                x = 0;
+                y++;
+            }
+            continue;
+        }
         for (UINT32 i = 0; i < count; i++)
         {
             if (FALSE != parsed[i])
             {
                 const ParsedBGRegionType& region = res.BGRegions[first + i];
                 legacy.Add(x, y, region);
-                ClassifyRegion(region.rgnLuma, &counts);
+                CountBrightOrDark(region.rgnLuma, &bright, &dark);
                 processed++;
             }
             // Raster position of the next region.
@@ -246,9 +277,9 @@ AecResult CStatsProcessor::ProcessBGStats()
             }
         }
     }
-    res.numBrightRegions    = counts.bright;
-    res.numDarkRegions      = counts.dark;
-    res.numNormalRegions    = counts.normal;
+    res.numBrightRegions    = bright;
+    res.numDarkRegions      = dark;
+    res.numNormalRegions    = processed - bright - dark;
     res.numProcessedRegions = processed;
     return (FALSE != legacy.Finish(TRUE)) ? AecSuccess : AecError;
 }

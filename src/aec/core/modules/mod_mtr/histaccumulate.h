@@ -12,27 +12,32 @@ inline FLOAT FusedMultiplyAdd(FLOAT a, FLOAT b, FLOAT c)
     return static_cast<FLOAT>(static_cast<double>(a) * static_cast<double>(b) + static_cast<double>(c));
 }
 
-// Divides the first count entries by total, four lanes at a time: the same IEEE division per entry with a
+// Divides the entries [start, end) by total, four lanes at a time: the same IEEE division per entry with a
 // quarter of the instructions.
-template <UINT32 N>
-VOID NormalizeHistArray(FLOAT (&values)[N], UINT32 count, UINT64 total)
+inline VOID NormalizeHistRange(FLOAT* pValues, UINT32 start, UINT32 end, UINT64 total)
 {
     typedef FLOAT Vec4 __attribute__((vector_size(16)));
     const FLOAT  norm    = static_cast<FLOAT>(total);
     const Vec4   divisor = {norm, norm, norm, norm};
-    const UINT32 limit   = (count < N) ? count : N;
-    UINT32       i       = 0;
-    for (; (i + 4) <= limit; i += 4)
+    UINT32       i       = start;
+    for (; (i + 4) <= end; i += 4)
     {
         Vec4 lanes;
-        __builtin_memcpy(&lanes, &values[i], sizeof(lanes));
+        __builtin_memcpy(&lanes, &pValues[i], sizeof(lanes));
         lanes /= divisor;
-        __builtin_memcpy(&values[i], &lanes, sizeof(lanes));
+        __builtin_memcpy(&pValues[i], &lanes, sizeof(lanes));
     }
-    for (; i < limit; i++)
+    for (; i < end; i++)
     {
-        values[i] /= norm;
+        pValues[i] /= norm;
     }
+}
+
+// Divides the first count entries (at most N) by total.
+template <UINT32 N>
+VOID NormalizeHistArray(FLOAT (&values)[N], UINT32 count, UINT64 total)
+{
+    NormalizeHistRange(values, 0, (count < N) ? count : N, total);
 }
 
 // Running values of one channel's walk.
@@ -99,11 +104,14 @@ UINT64 AccumulateHistChannel(TRes* pRes, UINT32 c, const UINT32* pData, UINT32 n
 
 // The same walk as AccumulateHistChannel for three channels at once, when each raw bin is its own group, every
 // channel has data and none is empty (the caller checks these with HistChannelsInterleavable). The running sums
-// of the channels are independent chains: walking them side by side, in registers, overlaps their latencies. Per
-// channel the operations and their order are those of the single-channel walk, so the results are the same bits.
+// of the channels are independent chains: walking them side by side, in registers, overlaps their latencies. The
+// pixel counts are known up front, so each block of groups is normalised right after it is walked: the vector
+// divisions then overlap the latency of the next block's chains. Per channel the operations and their order are
+// those of the single-channel walk, so the results are the same bits.
 template <typename TRes>
 VOID AccumulateHistChannels3(TRes* pRes, const UINT32* const pData[3], const FLOAT gains[3], const UINT64 totals[3])
 {
+    constexpr UINT32    Block  = 16;
     HistChannelRun      run0   = {0, 0.0f, 0.0f};
     HistChannelRun      run1   = {0, 0.0f, 0.0f};
     HistChannelRun      run2   = {0, 0.0f, 0.0f};
@@ -114,18 +122,22 @@ VOID AccumulateHistChannels3(TRes* pRes, const UINT32* const pData[3], const FLO
     const FLOAT         gain1  = gains[1];
     const FLOAT         gain2  = gains[2];
     const UINT32        n      = pRes->groupedNumOfBins;
-    for (UINT32 g = 0; g < n; g++)
+    for (UINT32 start = 0; start < n; start += Block)
     {
-        const FLOAT v = pRes->valLUTs[g];
-        HistChannelStep(pRes, 0, g, pData0[g], v, gain0, run0);
-        HistChannelStep(pRes, 1, g, pData1[g], v, gain1, run1);
-        HistChannelStep(pRes, 2, g, pData2[g], v, gain2, run2);
-    }
-    for (UINT32 c = 0; c < 3; c++)
-    {
-        NormalizeHistArray(pRes->histCDF[c], n, totals[c]);
-        NormalizeHistArray(pRes->weightedCDF[c], n, totals[c]);
-        NormalizeHistArray(pRes->weightedCDFWB[c], n, totals[c]);
+        const UINT32 end = ((n - start) < Block) ? n : (start + Block);
+        for (UINT32 g = start; g < end; g++)
+        {
+            const FLOAT v = pRes->valLUTs[g];
+            HistChannelStep(pRes, 0, g, pData0[g], v, gain0, run0);
+            HistChannelStep(pRes, 1, g, pData1[g], v, gain1, run1);
+            HistChannelStep(pRes, 2, g, pData2[g], v, gain2, run2);
+        }
+        for (UINT32 c = 0; c < 3; c++)
+        {
+            NormalizeHistRange(pRes->histCDF[c], start, end, totals[c]);
+            NormalizeHistRange(pRes->weightedCDF[c], start, end, totals[c]);
+            NormalizeHistRange(pRes->weightedCDFWB[c], start, end, totals[c]);
+        }
     }
 }
 
