@@ -31,7 +31,10 @@ dotted keys; arrays as TOML arrays (a short fixed array fills its leading elemen
 number; BOOL as true/false or 0/1; CHAR[N] also as a string. Members not given stay 0; unknown keys are errors.
 
 Output: tuning_<namespace>.h per namespace, aectuningrecords.h including them all, and aecdefaulttuning.h/.cpp
-with FillDefault<Module>(<ns>::<Module>*) and g_aecDefaultTuningModules. Files are rewritten only when their
+with, per module, <Module>DefaultStorage (the record, then its own copy of every array and string the record points
+to), FillDefault<Module>Storage(<Module>DefaultStorage*) that fills one and points its record into it,
+FillDefault<Module>(<ns>::<Module>*) for a record whose arrays all its callers share, and g_aecDefaultTuningModules
+(names, versions, record and storage sizes, storage alignment and filler). Files are rewritten only when their
 content changes.
 """
 

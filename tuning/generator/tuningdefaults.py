@@ -1,8 +1,9 @@
-# Checks the TOML default values against the schema and emits aecdefaulttuning.h/.cpp with the FillDefault functions.
+# Checks the TOML default values against the schema and emits aecdefaulttuning.h/.cpp: default storages and fillers.
 """Default-value reader and emitter of the tuning record generator.
 
 Values are checked once and turned into C++ expressions: a record becomes a dict of member name to value, a fixed
-array a list, a variable array a VariableArray, and every scalar the C++ text of its literal.
+array a list, a variable array a VariableArray, a STRING a StringValue, and every other scalar the C++ text of its
+literal.
 """
 
 import difflib
@@ -19,7 +20,16 @@ FLOAT_MAX = 3.4028234663852886e38
 
 
 class VariableArray(list):
-    """Elements of a variable array; they live in a static array that the record points to."""
+    """Elements of a variable array; every default storage holds its own copy, which its record points to."""
+
+
+class StringValue(str):
+    """The C++ literal of a STRING; like an array, its text is copied into every default storage."""
+
+    def __new__(cls, literal, size):
+        value = super().__new__(cls, literal)
+        value.size = size  # bytes with the terminating zero
+        return value
 
 
 class ModuleDefaults:
@@ -107,7 +117,7 @@ def _scalar(word, value, path):
     if word == "STRING":
         if not isinstance(value, str):
             raise DefaultsError(path, f"expected a string for STRING, found {_describe(value)}")
-        return f"const_cast<CHAR*>({_c_string(value)})"
+        return StringValue(_c_string(value), len(value.encode("utf-8")) + 1)
     if word == "BOOL":
         if isinstance(value, bool):
             return "1" if value else "0"
@@ -268,13 +278,36 @@ def _identifier(path):
     return "".join(char if char.isalnum() else "_" for char in path).strip("_")
 
 
-class _SourceWriter:
-    """Builds the initialisers of one module and the static arrays its variable arrays point to."""
+# Name of the module record inside its default storage.
+STORAGE_RECORD = "module"
+
+
+class _StorageWriter:
+    """Lays out the default storage of one module: the record first, then a copy of every array and string that its
+    pointers lead to, in the order the record reaches them.
+
+    The initialiser of the storage leaves every pointer null; `links` are the pointers that a filler sets to the
+    storage's own arrays, as (pointer relative to the storage, storage member).
+    """
 
     def __init__(self):
-        self.arrays = []  # lines of the static array definitions, each before its first use
+        self.members = []  # [cpp type, member name, dimension text, initialiser] in storage order
+        self.links = []
+        self.taken = {STORAGE_RECORD}
 
-    def record(self, record, values, path, indent):
+    def _reserve(self, path, cpp, dims):
+        """A new storage member named after its path (numbered if that name is taken); returns its slot."""
+        name = _identifier(path)
+        number = 2
+        while name in self.taken:
+            name = f"{_identifier(path)}_{number}"
+            number += 1
+        self.taken.add(name)
+        slot = [cpp, name, dims, "{}"]
+        self.members.append(slot)
+        return slot
+
+    def record(self, record, values, pointer, path, indent):
         if not values:
             return "{}"
         inner = indent + "    "
@@ -283,40 +316,47 @@ class _SourceWriter:
             fields.append(f"/* {SYMBOL_TABLE_ID} */ {{}}")
         for member in record.members:
             value = values.get(member.name)
+            place = f"{pointer}.{member.name}"
+            member_path = f"{path}_{member.name}" if path else member.name
             if member.variable:
                 count = len(value) if value is not None else 0
-                pointer = self.array(member, value, f"{path}_{member.name}") if count else "{}"
+                if count:
+                    self.array(member, value, place, member_path)
                 count_text = str(count) if count else "{}"
                 fields.append(f"/* {member.name}Count */ {count_text}")
                 fields.append(f"/* {member.name}ID */ {count_text}")
-                fields.append(f"/* {member.name} */ {pointer}")
+                fields.append(f"/* {member.name} */ {{}}")
             else:
-                text = self.value(member.element_type, member.dims, value, f"{path}_{member.name}", inner)
+                text = self.value(member.element_type, member.dims, value, place, member_path, inner)
                 fields.append(f"/* {member.name} */ {text}")
         one_line = "{ " + ", ".join(fields) + " }"
         if "\n" not in one_line and len(one_line) <= 80:
             return one_line
         return "\n".join(["{"] + [f"{inner}{field}," for field in fields] + [f"{indent}}}"])
 
-    def value(self, target, dims, value, path, indent):
+    def value(self, target, dims, value, pointer, path, indent):
         if value is None:
+            return "{}"
+        if isinstance(value, StringValue):
+            slot = self._reserve(path, "CHAR", f"[{value.size}]")
+            slot[3] = str(value)
+            self.links.append((pointer, slot[1]))
             return "{}"
         if isinstance(value, str):
             return value
         if dims or isinstance(value, list):
-            items = [self.value(target, dims[1:], item, f"{path}_{index}", indent + "    ")
+            items = [self.value(target, dims[1:], item, f"{pointer}[{index}]", f"{path}_{index}", indent + "    ")
                      for index, item in enumerate(value)]
             return _braced(items, indent)
-        return self.record(underlying(target), value, path, indent)
+        return self.record(underlying(target), value, pointer, path, indent)
 
-    def array(self, member, elements, path):
-        name = f"s_{_identifier(path)}"
-        items = [self.value(member.element_type, [], element, f"{path}_{index}", "    ")
+    def array(self, member, elements, pointer, path):
+        # Reserved before its elements, so that an array stands before the arrays its elements point to.
+        slot = self._reserve(path, cpp_type(member.element_type), f"[{len(elements)}]")
+        self.links.append((pointer, slot[1]))
+        items = [self.value(member.element_type, [], element, f"{slot[1]}[{index}]", f"{path}_{index}", "        ")
                  for index, element in enumerate(elements)]
-        element_type = cpp_type(member.element_type)
-        body = _braced(items, "")
-        self.arrays.append(f"{element_type} {name}[{len(elements)}] = {body};")
-        return name
+        slot[3] = _braced(items, "    ")
 
 
 def _braced(items, indent):
@@ -336,21 +376,47 @@ def _braced(items, indent):
     return "\n".join(lines)
 
 
-def _fill_name(module):
-    return f"FillDefault{module.name}"
+class _ModuleStorage:
+    """The default storage of one module: its layout, the initialiser of its record and the pointers to set."""
+
+    def __init__(self, item):
+        self.item = item
+        self.module = item.module
+        writer = _StorageWriter()
+        self.record = writer.record(self.module, item.values, STORAGE_RECORD, "", "    ")
+        self.members = writer.members
+        self.links = writer.links
+        self.type = f"{self.module.name}DefaultStorage"
+        self.constant = f"kDefault_{self.module.namespace}_{self.module.name}"
+
+    @property
+    def fill(self):
+        return f"FillDefault{self.module.name}"
+
+    @property
+    def fill_storage(self):
+        return f"FillDefault{self.module.name}Storage"
 
 
-def render_default_header(modules):
+def render_default_header(storages):
     lines = [
         "// Default tuning of every module, generated from the tuning defaults by aectuninggen.py: do not edit.",
         "#ifndef AECTUNING_AECDEFAULTTUNING_H",
         "#define AECTUNING_AECDEFAULTTUNING_H",
         "",
         "#include <array>",
+        "#include <cstddef>",
+        "#include <type_traits>",
         "",
         '#include "aectuningrecords.h"',
         "",
-        "// One tuning module: its name, source version and size, and a filler of its default values.",
+        "// The library writes into its tuning records (it raises f-numbers, interpolates weights), so a default record",
+        "// comes in a storage of its own: the record first, so that the storage's address is the record's, then a",
+        "// copy of every array and string that the record points to. A storage is filled bytewise from the built-in",
+        "// defaults and its pointers lead into itself only; every owner of a storage writes into nobody else's.",
+        "",
+        "// One tuning module: its name, source version, record size, and the size, alignment and filler of its",
+        "// default storage.",
         "struct AECDefaultTuningModule",
         "{",
         "    const CHAR* pNamespace;",
@@ -359,22 +425,43 @@ def render_default_header(modules):
         "    UINT16      versionMinor;",
         "    UINT32      versionPatch;",
         "    SIZE_T      size;",
-        "    void        (*pfnFillDefault)(void* pModule);",
+        "    SIZE_T      storageSize;",
+        "    SIZE_T      storageAlignment;",
+        "    void        (*pfnFillDefaultStorage)(void* pStorage);",
         "};",
         "",
         "// Every module of the schema, in namespace order.",
-        f"extern const std::array<AECDefaultTuningModule, {len(modules)}> g_aecDefaultTuningModules;",
+        f"extern const std::array<AECDefaultTuningModule, {len(storages)}> g_aecDefaultTuningModules;",
     ]
-    for item in modules:
-        module = item.module
+    for storage in storages:
+        module = storage.module
+        fields = [(module.qualified, STORAGE_RECORD, "")] + [(cpp, name, dims) for cpp, name, dims, _ in
+                                                             storage.members]
+        width = max(len(cpp) for cpp, _, _ in fields)
         lines += ["",
-                  f"// Zero-fills *pModule and sets the defaults of {module.qualified}; a null pModule is ignored.",
-                  f"void {_fill_name(module)}({module.qualified}* pModule);"]
+                  f"// Default storage of {module.qualified}.",
+                  f"struct {storage.type}",
+                  "{"]
+        lines += [f"    {cpp.ljust(width)} {name}{dims};" for cpp, name, dims in fields]
+        lines += ["};",
+                  f"static_assert(std::is_standard_layout_v<{storage.type}>, \"a storage is a plain record\");",
+                  f"static_assert(offsetof({storage.type}, {STORAGE_RECORD}) == 0, "
+                  f"\"the record starts its storage\");",
+                  "",
+                  f"// Fills *pStorage with the defaults of {module.qualified}; a null pStorage is ignored.",
+                  f"void {storage.fill_storage}({storage.type}* pStorage);",
+                  "",
+                  f"// Sets *pModule to the defaults of {module.qualified}. Its arrays and strings are shared by "
+                  f"every",
+                  "// record filled here, so a write through one reaches all of them: only for code that owns them "
+                  "all",
+                  "// (tests, tools). A null pModule is ignored.",
+                  f"void {storage.fill}({module.qualified}* pModule);"]
     lines += ["", "#endif // AECTUNING_AECDEFAULTTUNING_H", ""]
     return "\n".join(lines)
 
 
-def render_default_source(modules):
+def render_default_source(storages):
     lines = [
         "// Default tuning of every module, generated from the tuning defaults by aectuninggen.py: do not edit.",
         '#include "aecdefaulttuning.h"',
@@ -383,40 +470,64 @@ def render_default_source(modules):
         "#include <limits>",
         "",
     ]
-    definitions = []
-    functions = []
-    for item in modules:
-        module = item.module
-        stem = f"{module.namespace}_{module.name}"
-        writer = _SourceWriter()
-        body = writer.record(module, item.values, stem, "")
-        functions += ["", f"void {_fill_name(module)}({module.qualified}* pModule)", "{",
-                      "    if (pModule == nullptr)", "    {", "        return;", "    }",
-                      "    // Zeroed first so that the padding is zero too and records compare bytewise.",
-                      "    std::memset(pModule, 0, sizeof(*pModule));"]
-        if item.values:
-            constant = f"kDefault_{stem}"
-            definitions.append(f"// {module.qualified}, from {os.path.basename(item.source)}")
-            definitions += [array + "\n" for array in writer.arrays]
-            definitions.append(f"const {module.qualified} {constant} = {body};\n")
-            functions.append(f"    *pModule = {constant};")
-        functions.append("}")
-    if definitions:
-        lines += ["namespace", "{",
-                  "// Default records and the arrays that their variable arrays point to; modules only read them."]
-        lines += definitions
-        lines += ["} // namespace"]
-    lines += functions
-    lines += ["", f"const std::array<AECDefaultTuningModule, {len(modules)}> g_aecDefaultTuningModules = {{{{"]
-    for item in modules:
-        module = item.module
+    if not storages:
+        lines += [f"const std::array<AECDefaultTuningModule, 0> g_aecDefaultTuningModules = {{}};", ""]
+        return "\n".join(lines)
+    lines += ["namespace", "{"]
+    if any(storage.item.values for storage in storages):
+        lines += ["// The built-in defaults, copied into every storage and never written themselves; their pointers "
+                  "stay null",
+                  "// until the copy points them into its own arrays."]
+    for storage in storages:
+        item = storage.item
+        if not item.values:
+            continue
+        lines.append(f"// {storage.module.qualified}, from {os.path.basename(item.source)}")
+        lines.append(f"const {storage.type} {storage.constant} = {{")
+        lines.append(f"    /* {STORAGE_RECORD} */ {storage.record},")
+        lines += [f"    /* {name} */ {initialiser}," for _, name, _, initialiser in storage.members]
+        lines += ["};", ""]
+    lines += [
+        "// The storage of FillDefault<Module>(): one per module, filled on first use (thread-safely) and shared by",
+        "// every record filled from it.",
+        "template <typename StorageType, void (*pfnFillStorage)(StorageType*)>",
+        "const StorageType& SharedStorage()",
+        "{",
+        "    static StorageType s_storage;",
+        "    static const bool  s_bFilled = (pfnFillStorage(&s_storage), true);",
+        "    static_cast<void>(s_bFilled);",
+        "    return s_storage;",
+        "}",
+        "} // namespace",
+    ]
+    for storage in storages:
+        module = storage.module
+        lines += ["", f"void {storage.fill_storage}({storage.type}* pStorage)", "{",
+                  "    if (pStorage == nullptr)", "    {", "        return;", "    }"]
+        if storage.item.values:
+            lines += ["    // Bytewise, so that the padding is zero too and records compare bytewise.",
+                      f"    std::memcpy(pStorage, &{storage.constant}, sizeof(*pStorage));"]
+            lines += [f"    pStorage->{pointer} = pStorage->{target};" for pointer, target in storage.links]
+        else:
+            lines.append("    std::memset(pStorage, 0, sizeof(*pStorage));")
+        lines += ["}",
+                  "",
+                  f"void {storage.fill}({module.qualified}* pModule)", "{",
+                  "    if (pModule == nullptr)", "    {", "        return;", "    }",
+                  f"    const {storage.type}& rShared = SharedStorage<{storage.type}, &{storage.fill_storage}>();",
+                  f"    std::memcpy(pModule, &rShared.{STORAGE_RECORD}, sizeof(*pModule));",
+                  "}"]
+    lines += ["", f"const std::array<AECDefaultTuningModule, {len(storages)}> g_aecDefaultTuningModules = {{{{"]
+    for storage in storages:
+        module = storage.module
         major, minor, patch = module.module_version
         lines += [f'    {{ "{module.namespace}", "{module.name}", {major}, {minor}, {patch}, '
-                  f"sizeof({module.qualified}),",
-                  f"      [](void* pModule) {{ {_fill_name(module)}(static_cast<{module.qualified}*>(pModule)); }} }},"]
+                  f"sizeof({module.qualified}), sizeof({storage.type}), alignof({storage.type}),",
+                  f"      [](void* pStorage) {{ {storage.fill_storage}(static_cast<{storage.type}*>(pStorage)); }} }},"]
     lines += ["}};", ""]
     return "\n".join(lines)
 
 
 def render_defaults(modules):
-    return {DEFAULT_HEADER: render_default_header(modules), DEFAULT_SOURCE: render_default_source(modules)}
+    storages = [_ModuleStorage(item) for item in modules]
+    return {DEFAULT_HEADER: render_default_header(storages), DEFAULT_SOURCE: render_default_source(storages)}

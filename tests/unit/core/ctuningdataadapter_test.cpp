@@ -241,6 +241,58 @@ TEST_F(TuningDataAdapterTest, FakeTuningHoldsTheBuiltInExposureTablesConvergence
     EXPECT_EQ(builtIn, tuned);
 }
 
+// The library writes into its tuning (the exposure table raises the knees' f-numbers in place): each adapter's fake
+// tuning keeps its arrays in storages of its own, so those writes reach neither another camera nor a later one.
+TEST_F(TuningDataAdapterTest, FakeTuningOfEveryAdapterIsItsOwn)
+{
+    SetNoStore();
+    const TuningModulesPointers& rMine = m_adapter.GetTuningModules();
+    aecArbitration::ExposureKneeType& rKnee = rMine.modArb->expTables[1].expKneeEntries[4];
+    aecFlash::LEDMixType&             rLED  = rMine.modFlash->flashExt.LEDTable.CCTTables[0];
+    const INT32                       led1  = rLED.LED1Setting;
+
+    StatsTuningData       tuning = {};
+    CoreModuleTuningData* pData  = nullptr;
+    CTuningDataAdapter    other;
+    other.SetSorenta(&tuning, &pData);
+    rKnee.fnumber    = 2.0F;
+    rLED.LED1Setting = led1 + 1;
+
+    CTuningDataAdapter later;
+    later.SetSorenta(&tuning, &pData);
+    for (const CTuningDataAdapter* pAdapter : {&other, &later})
+    {
+        const TuningModulesPointers& rMods = pAdapter->GetTuningModules();
+        EXPECT_NE(rMine.modArb->expTables, rMods.modArb->expTables);
+        EXPECT_FLOAT_EQ(0.0F, rMods.modArb->expTables[1].expKneeEntries[4].fnumber);
+        EXPECT_EQ(led1, rMods.modFlash->flashExt.LEDTable.CCTTables[0].LED1Setting);
+    }
+}
+
+// The arrays of a fake module stand in the block of its record, which the adapter frees with the record.
+TEST_F(TuningDataAdapterTest, FakeModuleArraysLieInTheirModulesStorage)
+{
+    SetNoStore();
+    const TuningModulesPointers& rMods = m_adapter.GetTuningModules();
+    const auto inStorage = [](const void* pModule, const char* pName, const void* pArray) {
+        for (const AECDefaultTuningModule& rModule : g_aecDefaultTuningModules)
+        {
+            if (std::string(rModule.pName) == pName)
+            {
+                const char* const pStart = static_cast<const char*>(pModule);
+                const char* const pAt    = static_cast<const char*>(pArray);
+                return (pAt >= pStart + rModule.size) && (pAt < pStart + rModule.storageSize);
+            }
+        }
+        return false;
+    };
+    EXPECT_TRUE(inStorage(rMods.modArb, "AECCoreArbitrationType", rMods.modArb->expTables));
+    EXPECT_TRUE(inStorage(rMods.modArb, "AECCoreArbitrationType", rMods.modArb->expTables[1].expKneeEntries));
+    EXPECT_TRUE(inStorage(rMods.modFlash, "AECFlashType", rMods.modFlash->flashExt.LEDTable.CCTTables));
+    EXPECT_TRUE(inStorage(rMods.modFace, "AECFaceType",
+                          rMods.modFace->faceMtr.faceLumaWeightLuxIndexTrigger.LuxFaceLumaWeight));
+}
+
 TEST_F(TuningDataAdapterTest, DefaultExposureTablesPassTheKneeCheckSilently)
 {
     SetNoStore();
@@ -328,8 +380,9 @@ TEST_F(TuningDataAdapterTest, MissingTuningOrDestinationIsRefused)
 
 TEST_F(TuningDataAdapterTest, KneeIndexMismatchIsWarnedAndTheTableKept)
 {
-    aecArbitration::AECCoreArbitrationType arbitration = {};
-    FillDefaultAECCoreArbitrationType(&arbitration);
+    AECCoreArbitrationTypeDefaultStorage storage;
+    FillDefaultAECCoreArbitrationTypeStorage(&storage);
+    aecArbitration::AECCoreArbitrationType& arbitration = storage.module;
     aecArbitration::ExposureKneeType knees[5] = {};
     for (UINT32 knee = 0; knee < 5; knee++)
     {

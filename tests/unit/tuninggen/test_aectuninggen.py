@@ -367,12 +367,86 @@ class DefaultsTest(unittest.TestCase):
     def test_source_assigns_counts_and_pointers(self):
         modules, errors = defaults('[DemoType]\ngains = [1.5]\n[[DemoType.zones]]\nstart = 1.0\nend = 2.0\n')
         self.assertEqual(errors, [])
-        source = tuningdefaults.render_default_source(modules)
-        self.assertIn("demo::ZoneType s_demo_DemoType_zones[1] = {", source)
+        files = tuningdefaults.render_defaults(modules)
+        header, source = files["aecdefaulttuning.h"], files["aecdefaulttuning.cpp"]
+        self.assertRegex(header, r"struct DemoTypeDefaultStorage\s+\{\s+demo::DemoType\s+module;\s+"
+                                 r"demo::ZoneType\s+zones\[1\];\s+\};")
+        self.assertIn("void FillDefaultDemoTypeStorage(DemoTypeDefaultStorage* pStorage);", header)
+        self.assertIn("void FillDefaultDemoType(demo::DemoType* pModule);", header)
+        self.assertIn("const DemoTypeDefaultStorage kDefault_demo_DemoType = {", source)
         self.assertIn("/* zonesCount */ 1,", source)
-        self.assertIn("/* zones */ s_demo_DemoType_zones,", source)
-        self.assertIn("void FillDefaultDemoType(demo::DemoType* pModule)", source)
-        self.assertIn('{ "demo", "DemoType", 2, 1, 0, sizeof(demo::DemoType),', source)
+        self.assertIn("/* zones */ {},", source)  # null in the built-in defaults: set when a storage is filled
+        self.assertIn("    pStorage->module.zones = pStorage->zones;\n", source)
+        self.assertIn('{ "demo", "DemoType", 2, 1, 0, sizeof(demo::DemoType), sizeof(DemoTypeDefaultStorage), '
+                      "alignof(DemoTypeDefaultStorage),", source)
+        self.assertNotIn("only read", source)
+
+    def test_storage_copies_strings_and_nested_arrays(self):
+        schema = """\
+            namespace demo
+            struct StepType {
+                STRING label
+                UINT32 steps[]
+            }
+            module DemoType 1.0.0 {
+                StepType levels[]
+                struct inner {
+                    FLOAT values[]
+                }
+                STRING names[]
+            }
+        """
+        text = ('[DemoType]\nnames = ["a", "bc"]\ninner = { values = [1.0] }\n'
+                '[[DemoType.levels]]\nlabel = "x\u00e9"\nsteps = [1, 2]\n[[DemoType.levels]]\nsteps = []\n')
+        modules, errors = defaults(text, schema)
+        self.assertEqual(errors, [])
+        files = tuningdefaults.render_defaults(modules)
+        header, source = files["aecdefaulttuning.h"], files["aecdefaulttuning.cpp"]
+        storage = header[header.index("struct DemoTypeDefaultStorage"):]
+        storage = " ".join(storage[:storage.index("};") + 1].split())
+        # The record first, then every array before the arrays and strings its elements point to.
+        self.assertIn("{ demo::DemoType module; demo::StepType levels[2]; CHAR levels_0_label[4]; "
+                      "UINT32 levels_0_steps[2]; FLOAT inner_values[1]; CHAR* names[2]; CHAR names_0[2]; "
+                      "CHAR names_1[3]; }", storage)
+        links = [line.strip() for line in source.splitlines() if line.strip().startswith("pStorage->")]
+        self.assertEqual(links, [
+            "pStorage->module.levels = pStorage->levels;",
+            "pStorage->levels[0].label = pStorage->levels_0_label;",
+            "pStorage->levels[0].steps = pStorage->levels_0_steps;",
+            "pStorage->module.inner.values = pStorage->inner_values;",
+            "pStorage->module.names = pStorage->names;",
+            "pStorage->names[0] = pStorage->names_0;",
+            "pStorage->names[1] = pStorage->names_1;",
+        ])
+        self.assertIn('/* levels_0_label */ "x\\303\\251",', source)
+        self.assertNotIn("const_cast", source)
+
+    def test_storage_member_names_stay_unique(self):
+        schema = """\
+            namespace demo
+            module DemoType 1.0.0 {
+                struct a {
+                    FLOAT b[]
+                }
+                FLOAT a_b[]
+                FLOAT module[]
+            }
+        """
+        modules, errors = defaults("[DemoType]\na = { b = [1.0] }\na_b = [2.0]\nmodule = [3.0]\n", schema)
+        self.assertEqual(errors, [])
+        source = tuningdefaults.render_defaults(modules)["aecdefaulttuning.cpp"]
+        self.assertIn("pStorage->module.a.b = pStorage->a_b;", source)
+        self.assertIn("pStorage->module.a_b = pStorage->a_b_2;", source)
+        self.assertIn("pStorage->module.module = pStorage->module_2;", source)
+
+    def test_module_without_defaults_has_a_zeroed_storage(self):
+        modules, errors = defaults("")
+        self.assertEqual(errors, [])
+        files = tuningdefaults.render_defaults(modules)
+        self.assertRegex(files["aecdefaulttuning.h"], r"struct DemoTypeDefaultStorage\s+\{\s+demo::DemoType module;\s+\};")
+        source = files["aecdefaulttuning.cpp"]
+        self.assertNotIn("kDefault_", source)
+        self.assertIn("    std::memset(pStorage, 0, sizeof(*pStorage));\n", source)
 
 
 class CommandLineTest(unittest.TestCase):

@@ -1,4 +1,4 @@
-// Layout and default values of records generated from the fixture schema in fixtures/.
+// Layout, default values and default storages of records generated from the fixture schema in fixtures/.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -152,6 +152,12 @@ TEST_F(TuningGenDefaultsTest, VariableArraysPointToTheirElements)
 
     ASSERT_EQ(m_module.namesCount, 2u);
     EXPECT_STREQ(m_module.names[1], "second \"quoted\"");
+
+    ASSERT_EQ(m_module.pairs[0].marksCount, 2u);
+    EXPECT_EQ(m_module.pairs[0].marks[1], 9u);
+    EXPECT_EQ(m_module.pairs[1].marks, nullptr);
+    ASSERT_EQ(m_module.limits.valuesCount, 2u);
+    EXPECT_EQ(m_module.limits.values[0], -2);
 }
 
 TEST_F(TuningGenDefaultsTest, FillingTwiceGivesTheSameBytes)
@@ -179,7 +185,17 @@ TEST(TuningGenDefaultsModuleTest, NullModuleIsIgnored)
     SUCCEED();
 }
 
-TEST(TuningGenDefaultsModuleTest, TableNamesEveryModuleWithVersionAndFiller)
+TEST(TuningGenDefaultsModuleTest, RecordsOfTheRecordFillerShareTheirArrays)
+{
+    FixMeteringType first;
+    FixMeteringType second;
+    FillDefaultFixMeteringType(&first);
+    FillDefaultFixMeteringType(&second);
+    EXPECT_EQ(first.zones, second.zones);
+    EXPECT_EQ(first.levels[0].steps, second.levels[0].steps);
+}
+
+TEST(TuningGenDefaultsModuleTest, TableNamesEveryModuleWithVersionAndStorage)
 {
     ASSERT_EQ(g_aecDefaultTuningModules.size(), 2u);
     const AECDefaultTuningModule& empty = g_aecDefaultTuningModules[0];
@@ -189,18 +205,150 @@ TEST(TuningGenDefaultsModuleTest, TableNamesEveryModuleWithVersionAndFiller)
     EXPECT_EQ(empty.versionMinor, 2u);
     EXPECT_EQ(empty.versionPatch, 3u);
     EXPECT_EQ(empty.size, sizeof(fixEmpty::FixEmptyType));
+    EXPECT_EQ(empty.storageSize, sizeof(FixEmptyTypeDefaultStorage));
+    EXPECT_EQ(empty.storageAlignment, alignof(FixEmptyTypeDefaultStorage));
 
     const AECDefaultTuningModule& metering = g_aecDefaultTuningModules[1];
     EXPECT_STREQ(metering.pName, "FixMeteringType");
     EXPECT_EQ(metering.versionMajor, 8u);
     EXPECT_EQ(metering.versionMinor, 0u);
     EXPECT_EQ(metering.versionPatch, 1u);
-    ASSERT_EQ(metering.size, sizeof(FixMeteringType));
-    FixMeteringType generic;
+    EXPECT_EQ(metering.size, sizeof(FixMeteringType));
+    ASSERT_EQ(metering.storageSize, sizeof(FixMeteringTypeDefaultStorage));
+    EXPECT_EQ(metering.storageAlignment, alignof(FixMeteringTypeDefaultStorage));
+    FixMeteringTypeDefaultStorage generic;
     memset(&generic, 0x11, sizeof(generic));
-    metering.pfnFillDefault(&generic);
-    FixMeteringType direct;
-    FillDefaultFixMeteringType(&direct);
-    EXPECT_EQ(memcmp(&generic, &direct, sizeof(generic)), 0);
+    metering.pfnFillDefaultStorage(&generic);
+    EXPECT_EQ(generic.module.zones, generic.zones);
+    EXPECT_FLOAT_EQ(generic.module.zones[1].target, 40.5f);
+}
+
+// ---- Default storages: every owner has its own arrays ----
+
+class TuningGenStorageTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        memset(&m_first, 0xA5, sizeof(m_first));
+        memset(&m_second, 0x5A, sizeof(m_second));
+        FillDefaultFixMeteringTypeStorage(&m_first);
+        FillDefaultFixMeteringTypeStorage(&m_second);
+    }
+
+    // Every pointer of the storage's record (nested ones too) leads to the matching array of that storage.
+    static void ExpectPointersIntoOwnStorage(const FixMeteringTypeDefaultStorage& rStorage)
+    {
+        const FixMeteringType& rModule = rStorage.module;
+        EXPECT_EQ(static_cast<const void*>(&rModule), static_cast<const void*>(&rStorage)) << "the record comes first";
+        EXPECT_EQ(rModule.zones, rStorage.zones);
+        EXPECT_EQ(rModule.name, rStorage.name);
+        EXPECT_EQ(rModule.pairs[0].marks, rStorage.pairs_0_marks);
+        EXPECT_EQ(rModule.pairs[1].marks, nullptr) << "an array without elements stays null";
+        EXPECT_EQ(rModule.levels, rStorage.levels);
+        EXPECT_EQ(rModule.levels[0].steps, rStorage.levels_0_steps);
+        EXPECT_EQ(rModule.levels[1].steps, nullptr);
+        EXPECT_EQ(rModule.params, rStorage.params);
+        EXPECT_EQ(rModule.params[0].Name, rStorage.params_0_Name);
+        EXPECT_EQ(rModule.params[0].data, rStorage.params_0_data);
+        EXPECT_EQ(rModule.names, rStorage.names);
+        EXPECT_EQ(rModule.names[0], rStorage.names_0);
+        EXPECT_EQ(rModule.names[1], rStorage.names_1);
+        EXPECT_EQ(rModule.limits.values, rStorage.limits_values);
+    }
+
+    // The values of a storage against the record filler's: the same defaults, wherever they are kept.
+    static void ExpectDefaults(const FixMeteringTypeDefaultStorage& rStorage)
+    {
+        FixMeteringType expected;
+        FillDefaultFixMeteringType(&expected);
+        const FixMeteringType& rModule = rStorage.module;
+        for (UINT32 i = 0; i < expected.zonesCount; i++)
+        {
+            EXPECT_FLOAT_EQ(rModule.zones[i].zoneTrigger.start, expected.zones[i].zoneTrigger.start);
+            EXPECT_FLOAT_EQ(rModule.zones[i].target, expected.zones[i].target);
+        }
+        EXPECT_STREQ(rModule.name, expected.name);
+        EXPECT_EQ(memcmp(rModule.pairs[0].marks, expected.pairs[0].marks, 2), 0);
+        EXPECT_FLOAT_EQ(rModule.levels[0].gain, expected.levels[0].gain);
+        EXPECT_EQ(memcmp(rModule.levels[0].steps, expected.levels[0].steps, 3 * sizeof(UINT32)), 0);
+        EXPECT_STREQ(rModule.params[0].Name, expected.params[0].Name);
+        EXPECT_FLOAT_EQ(rModule.params[0].data[1], expected.params[0].data[1]);
+        EXPECT_STREQ(rModule.names[0], expected.names[0]);
+        EXPECT_STREQ(rModule.names[1], expected.names[1]);
+        EXPECT_EQ(rModule.limits.values[1], expected.limits.values[1]);
+
+        // Apart from its pointers the record is the record filler's, byte for byte.
+        FixMeteringType relinked;
+        memcpy(&relinked, &rModule, sizeof(relinked));
+        relinked.zones           = expected.zones;
+        relinked.name            = expected.name;
+        relinked.pairs[0].marks  = expected.pairs[0].marks;
+        relinked.levels          = expected.levels;
+        relinked.params          = expected.params;
+        relinked.names           = expected.names;
+        relinked.limits.values   = expected.limits.values;
+        EXPECT_EQ(memcmp(&relinked, &expected, sizeof(expected)), 0);
+    }
+
+    FixMeteringTypeDefaultStorage m_first;
+    FixMeteringTypeDefaultStorage m_second;
+};
+
+TEST_F(TuningGenStorageTest, PointersLeadIntoTheirOwnStorage)
+{
+    ExpectPointersIntoOwnStorage(m_first);
+    ExpectPointersIntoOwnStorage(m_second);
+    ExpectDefaults(m_first);
+    ExpectDefaults(m_second);
+}
+
+TEST_F(TuningGenStorageTest, WritesIntoOneStorageReachNeitherAnotherNorALaterOne)
+{
+    // Through the record's pointers, as the library writes into its tuning.
+    FixMeteringType& rFirst = m_first.module;
+    rFirst.zones[1].target   = -1.0f;
+    rFirst.name[0]           = 'X';
+    rFirst.pairs[0].marks[1] = 0;
+    rFirst.levels[0].steps[2] = 99;
+    rFirst.params[0].Name[0]  = 'x';
+    rFirst.params[0].data[1]  = -5.0f;
+    rFirst.names[1][0]        = 'S';
+    rFirst.limits.values[0]   = 100;
+
+    ExpectDefaults(m_second);
+    FixMeteringTypeDefaultStorage later;
+    FillDefaultFixMeteringTypeStorage(&later);
+    ExpectDefaults(later);
+    EXPECT_FLOAT_EQ(m_second.module.zones[1].target, 40.5f);
+    EXPECT_EQ(m_second.module.levels[0].steps[2], 3u);
+    EXPECT_STREQ(m_second.module.names[1], "second \"quoted\"");
+    EXPECT_EQ(later.module.limits.values[0], -2);
+}
+
+TEST_F(TuningGenStorageTest, RefillingRestoresTheDefaults)
+{
+    m_first.module.zones[0].target = 0.0f;
+    m_first.module.zones           = nullptr;
+    FillDefaultFixMeteringTypeStorage(&m_first);
+    ExpectPointersIntoOwnStorage(m_first);
+    ExpectDefaults(m_first);
+}
+
+TEST(TuningGenStorageModuleTest, ModuleWithoutDefaultsHasAZeroStorage)
+{
+    FixEmptyTypeDefaultStorage storage;
+    memset(&storage, 0xA5, sizeof(storage));
+    FillDefaultFixEmptyTypeStorage(&storage);
+    FixEmptyTypeDefaultStorage zero;
+    memset(&zero, 0, sizeof(zero));
+    EXPECT_EQ(memcmp(&storage, &zero, sizeof(storage)), 0);
+}
+
+TEST(TuningGenStorageModuleTest, NullStorageIsIgnored)
+{
+    FillDefaultFixMeteringTypeStorage(nullptr);
+    FillDefaultFixEmptyTypeStorage(nullptr);
+    SUCCEED();
 }
 } // namespace

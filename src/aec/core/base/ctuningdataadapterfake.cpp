@@ -8,18 +8,20 @@
 namespace
 {
 
-// Allocates one zeroed module and fills it with its defaults; null (logged) when memory runs out.
-template <typename ModuleType>
-ModuleType* NewFakeModule(void (*pfnFillDefault)(ModuleType*))
+// Allocates the default storage of one module and fills it: the record and its own copy of every array it points
+// to, so that this instance's writes into its tuning reach no other instance. Returns the record, which starts the
+// storage (freeing the record frees it all); null (logged) when memory runs out.
+template <typename StorageType>
+auto NewFakeModule(void (*pfnFillDefaultStorage)(StorageType*)) -> decltype(StorageType::module)*
 {
-    ModuleType* pModule = static_cast<ModuleType*>(VelaCalloc(1, sizeof(ModuleType), alignof(ModuleType)));
-    if (nullptr == pModule)
+    StorageType* pStorage = static_cast<StorageType*>(VelaCalloc(1, sizeof(StorageType), alignof(StorageType)));
+    if (nullptr == pStorage)
     {
-        AEC_LOG_ERROR("Fake tuning: no memory for a module of %zu bytes; it stays missing", sizeof(ModuleType));
+        AEC_LOG_ERROR("Fake tuning: no memory for a module of %zu bytes; it stays missing", sizeof(StorageType));
         return nullptr;
     }
-    pfnFillDefault(pModule);
-    return pModule;
+    pfnFillDefaultStorage(pStorage);
+    return &pStorage->module;
 }
 
 } // namespace
@@ -50,7 +52,7 @@ VOID CTuningDataAdapter::FakeTuningData()
 
 VOID CTuningDataAdapter::DeinitFakeTuningData()
 {
-    // The arrays that the defaults point to are static: only the module records were allocated.
+    // Each record starts the storage that also holds its arrays: freeing the record frees them too.
     VOID* const pModules[] = {
         m_fakeModules.modMtr,      m_fakeModules.modConv,         m_fakeModules.modArb,
         m_fakeModules.modExt,      m_fakeModules.modStartUp,      m_fakeModules.modSnapshotCtrl,
@@ -70,32 +72,68 @@ VOID CTuningDataAdapter::DeinitFakeTuningData()
 
 // The defaults are the fake tuning: among them the exposure tables, the convergence step and the LED table of the
 // built-in flash calibration (s_fakeFlashCalib).
-VOID CTuningDataAdapter::FakeTuningDataModMtr() { m_fakeModules.modMtr = NewFakeModule(&FillDefaultAECCoreMeteringType); }
-VOID CTuningDataAdapter::FakeTuningDataModConv() { m_fakeModules.modConv = NewFakeModule(&FillDefaultAECCoreConvergenceType); }
-VOID CTuningDataAdapter::FakeTuningDataModArb() { m_fakeModules.modArb = NewFakeModule(&FillDefaultAECCoreArbitrationType); }
-VOID CTuningDataAdapter::FakeTuningDataModExt() { m_fakeModules.modExt = NewFakeModule(&FillDefaultAECCoreExtensionType); }
-VOID CTuningDataAdapter::FakeTuningDataModStartUp() { m_fakeModules.modStartUp = NewFakeModule(&FillDefaultAECStartUpType); }
+VOID CTuningDataAdapter::FakeTuningDataModMtr()
+{
+    m_fakeModules.modMtr = NewFakeModule(&FillDefaultAECCoreMeteringTypeStorage);
+}
+VOID CTuningDataAdapter::FakeTuningDataModConv()
+{
+    m_fakeModules.modConv = NewFakeModule(&FillDefaultAECCoreConvergenceTypeStorage);
+}
+VOID CTuningDataAdapter::FakeTuningDataModArb()
+{
+    m_fakeModules.modArb = NewFakeModule(&FillDefaultAECCoreArbitrationTypeStorage);
+}
+VOID CTuningDataAdapter::FakeTuningDataModExt()
+{
+    m_fakeModules.modExt = NewFakeModule(&FillDefaultAECCoreExtensionTypeStorage);
+}
+VOID CTuningDataAdapter::FakeTuningDataModStartUp()
+{
+    m_fakeModules.modStartUp = NewFakeModule(&FillDefaultAECStartUpTypeStorage);
+}
 VOID CTuningDataAdapter::FakeTuningDataModSnapshotCtrl()
 {
-    m_fakeModules.modSnapshotCtrl = NewFakeModule(&FillDefaultAECSnapshotCtrlType);
+    m_fakeModules.modSnapshotCtrl = NewFakeModule(&FillDefaultAECSnapshotCtrlTypeStorage);
 }
-VOID CTuningDataAdapter::FakeTuningDataModSkip() { m_fakeModules.modSkip = NewFakeModule(&FillDefaultAECSkipCtrlType); }
-VOID CTuningDataAdapter::FakeTuningDataModFlash() { m_fakeModules.modFlash = NewFakeModule(&FillDefaultAECFlashType); }
-VOID CTuningDataAdapter::FakeTuningDataModTouch() { m_fakeModules.modTouch = NewFakeModule(&FillDefaultAECTouchType); }
-VOID CTuningDataAdapter::FakeTuningDataModFace() { m_fakeModules.modFace = NewFakeModule(&FillDefaultAECFaceType); }
+VOID CTuningDataAdapter::FakeTuningDataModSkip()
+{
+    m_fakeModules.modSkip = NewFakeModule(&FillDefaultAECSkipCtrlTypeStorage);
+}
+VOID CTuningDataAdapter::FakeTuningDataModFlash()
+{
+    m_fakeModules.modFlash = NewFakeModule(&FillDefaultAECFlashTypeStorage);
+}
+VOID CTuningDataAdapter::FakeTuningDataModTouch()
+{
+    m_fakeModules.modTouch = NewFakeModule(&FillDefaultAECTouchTypeStorage);
+}
+VOID CTuningDataAdapter::FakeTuningDataModFace()
+{
+    m_fakeModules.modFace = NewFakeModule(&FillDefaultAECFaceTypeStorage);
+}
 VOID CTuningDataAdapter::FakeTuningDataModMultiCamSync()
 {
-    m_fakeModules.modMultiCamSync = NewFakeModule(&FillDefaultAECMultiCamType);
+    m_fakeModules.modMultiCamSync = NewFakeModule(&FillDefaultAECMultiCamTypeStorage);
 }
-VOID CTuningDataAdapter::FakeTuningDataModDepth() { m_fakeModules.modDepth = NewFakeModule(&FillDefaultAECDepthType); }
+VOID CTuningDataAdapter::FakeTuningDataModDepth()
+{
+    m_fakeModules.modDepth = NewFakeModule(&FillDefaultAECDepthTypeStorage);
+}
 VOID CTuningDataAdapter::FakeTuningDataModParamExt()
 {
-    m_fakeModules.modParamExt = NewFakeModule(&FillDefaultParamExtensionType);
+    m_fakeModules.modParamExt = NewFakeModule(&FillDefaultParamExtensionTypeStorage);
 }
 VOID CTuningDataAdapter::FakeTuningDataModSensorHDRConfig()
 {
-    m_fakeModules.modSensorHDRConfig = NewFakeModule(&FillDefaultAECSensorHDRConfig);
+    m_fakeModules.modSensorHDRConfig = NewFakeModule(&FillDefaultAECSensorHDRConfigStorage);
 }
-VOID CTuningDataAdapter::FakeTuningDataModShdr() { m_fakeModules.modShdr = NewFakeModule(&FillDefaultAECShdrType); }
-VOID CTuningDataAdapter::FakeTuningDataModIr() { m_fakeModules.modIr = NewFakeModule(&FillDefaultAECIRType); }
-VOID CTuningDataAdapter::FakeTuningDataModStatsConfig() { m_pFakeStatsConfig = NewFakeModule(&FillDefaultAECStatsConfig); }
+VOID CTuningDataAdapter::FakeTuningDataModShdr()
+{
+    m_fakeModules.modShdr = NewFakeModule(&FillDefaultAECShdrTypeStorage);
+}
+VOID CTuningDataAdapter::FakeTuningDataModIr() { m_fakeModules.modIr = NewFakeModule(&FillDefaultAECIRTypeStorage); }
+VOID CTuningDataAdapter::FakeTuningDataModStatsConfig()
+{
+    m_pFakeStatsConfig = NewFakeModule(&FillDefaultAECStatsConfigStorage);
+}
