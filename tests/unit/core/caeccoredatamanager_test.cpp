@@ -601,7 +601,12 @@ TEST_F(DataManagerTest, PeerCalibrationIsTakenInverseWhenOwnIsMissing)
     peer.OTPInfo.OTPStatus            = AECAlgoDualcamOTPSet;
     peer.OTPInfo.OTPExpCompMultiplier = 4.0F;
     Store().setPeerInfo(&peer);
-    EXPECT_EQ(&peer, Store().getPeerInfo());
+    // The peer's record is read as a consistent copy taken at each call, never handed out live.
+    ASSERT_NE(nullptr, Store().getPeerInfo());
+    EXPECT_NE(&peer, Store().getPeerInfo());
+    EXPECT_FLOAT_EQ(4.0F, Store().getPeerInfo()->OTPInfo.OTPExpCompMultiplier);
+    peer.meteringInfo.luxIndex = 123.0F;
+    EXPECT_FLOAT_EQ(123.0F, Store().getPeerInfo()->meteringInfo.luxIndex);
     EXPECT_EQ(AECAlgoDualcamOTPSetUsingPeer, Store().getDCCalibrationInfo().OTPStatus);
     EXPECT_FLOAT_EQ(0.25F, Store().getDCCalibrationInfo().OTPExpCompMultiplier);
 }

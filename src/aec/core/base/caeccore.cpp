@@ -659,7 +659,9 @@ VOID CAECCore::printFrameInfo(UINT64 frameID, const AECCoreOutput* pOutput)
 
 VOID CAECCore::populateMulicamInfo(const AECCoreInput* pInput)
 {
-    AECMultiCamInfo* pOwnInfo = m_pDataManager->getMyOwnInfo();
+    // Built apart and published at once: the peer camera may read the record at any time.
+    AECMultiCamInfo  ownInfo  = *m_pDataManager->getMyOwnInfo();
+    AECMultiCamInfo* pOwnInfo = &ownInfo;
     if (nullptr != pInput)
     {
         pOwnInfo->statsFrameId = pInput->frameID;
@@ -680,6 +682,7 @@ VOID CAECCore::populateMulicamInfo(const AECCoreInput* pInput)
     pOwnInfo->exposureInfo = m_arbOut.multiCamExpInfo;
     pOwnInfo->CCT          = static_cast<INT32>(m_pDataManager->getAWBState()->CCT);
     pOwnInfo->OTPInfo      = m_pDataManager->getDCCalibrationInfo();
+    m_pDataManager->publishMyOwnInfo(ownInfo);
 }
 
 VOID CAECCore::convergenceKPI(BOOL isFrameStart)

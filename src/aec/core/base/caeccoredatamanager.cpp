@@ -6,9 +6,20 @@
 #include <cstring>
 #include <iterator>
 #include <limits>
+#include <mutex>
 
 #include "platform/statslogger.h"
 #include "platform/velaallocator.h"
+
+namespace
+{
+// Guards every camera's published multi-camera record: the peer camera reads it from its own frame thread.
+std::mutex& MultiCamInfoLock()
+{
+    static std::mutex lock;
+    return lock;
+}
+} // namespace
 
 namespace
 {
@@ -129,6 +140,7 @@ CAECCoreDataManager::CAECCoreDataManager()
     , m_exposureType(AECAlgoExposureIndependent)
     , m_pPeerInfo(nullptr)
     , m_myOwnInfo()
+    , m_peerInfoSnapshot()
     , m_cameraInfo()
     , m_touchROIs()
     , m_faceROIs()
@@ -881,10 +893,11 @@ VOID CAECCoreDataManager::setPeerInfo(const AECMultiCamInfo* pPeerInfo)
 VOID CAECCoreDataManager::setDCCalibrationUsingPeerInfo()
 {
     // Without own calibration, the peer's calibration applies from this camera's side: the inverse multiplier.
-    if ((nullptr != m_pPeerInfo) && (AECAlgoDualcamOTPInvalid == m_dualcamCalibrationInfo.OTPStatus) &&
-        (AECAlgoDualcamOTPSet == m_pPeerInfo->OTPInfo.OTPStatus) && (m_pPeerInfo->OTPInfo.OTPExpCompMultiplier > 0.0F))
+    const AECMultiCamInfo* pPeer = getPeerInfo();
+    if ((nullptr != pPeer) && (AECAlgoDualcamOTPInvalid == m_dualcamCalibrationInfo.OTPStatus) &&
+        (AECAlgoDualcamOTPSet == pPeer->OTPInfo.OTPStatus) && (pPeer->OTPInfo.OTPExpCompMultiplier > 0.0F))
     {
-        m_dualcamCalibrationInfo.OTPExpCompMultiplier = 1.0F / m_pPeerInfo->OTPInfo.OTPExpCompMultiplier;
+        m_dualcamCalibrationInfo.OTPExpCompMultiplier = 1.0F / pPeer->OTPInfo.OTPExpCompMultiplier;
         m_dualcamCalibrationInfo.OTPStatus            = AECAlgoDualcamOTPSetUsingPeer;
     }
 }
@@ -1799,7 +1812,20 @@ const StatsCameraInfo* CAECCoreDataManager::getCameraInfo()
 
 const AECMultiCamInfo* CAECCoreDataManager::getPeerInfo()
 {
-    return m_pPeerInfo;
+    if (nullptr == m_pPeerInfo)
+    {
+        return nullptr;
+    }
+    // The peer publishes from its own thread: hand out a consistent copy, never the live record.
+    std::lock_guard<std::mutex> guard(MultiCamInfoLock());
+    m_peerInfoSnapshot = *m_pPeerInfo;
+    return &m_peerInfoSnapshot;
+}
+
+VOID CAECCoreDataManager::publishMyOwnInfo(const AECMultiCamInfo& info)
+{
+    std::lock_guard<std::mutex> guard(MultiCamInfoLock());
+    m_myOwnInfo = info;
 }
 
 AECMultiCamInfo* CAECCoreDataManager::getMyOwnInfo()

@@ -85,6 +85,8 @@ public:
     AecResult MapMultiCamPeerInfo(const StatsPeerInfoCombo* pCombo, const AECMultiCamInfo** ppPeerInfo);
     // Takes the peer's record (owned by the peer's instance) and its dual-camera calibration if own is missing.
     VOID      setPeerInfo(const AECMultiCamInfo* pPeerInfo);
+    // Replaces the record the peer camera reads, under the lock that its reads take.
+    VOID      publishMyOwnInfo(const AECMultiCamInfo& info);
     // TRUE when the host's tuning mode selectors differ from those last seen; then they are taken over. A host
     // without a tuning store sends no selectors at all: that counts as a change only while no tuning is in force.
     BOOL      isTuningModeChange(const StatsTuningData* pTuning);
@@ -289,6 +291,7 @@ private:
     AECAlgoMultiCamExposureType m_exposureType;
     const AECMultiCamInfo*      m_pPeerInfo;
     AECMultiCamInfo             m_myOwnInfo;
+    AECMultiCamInfo             m_peerInfoSnapshot; // the peer's record as of the last getPeerInfo()
     StatsCameraInfo             m_cameraInfo;
     TouchROIProcInfo            m_touchROIs;
     FaceROIProcInfo             m_faceROIs;
