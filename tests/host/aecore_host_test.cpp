@@ -292,3 +292,40 @@ TEST_F(HostTest, CamerasRunSideBySideOnTheirOwnThreads)
     EXPECT_EQ(0, failures[0]);
     EXPECT_EQ(0, failures[1]);
 }
+
+namespace
+{
+// A fixed scene: the grey level a frame shows is proportional to the exposure the sensor applied to it.
+FLOAT SceneGrey(const AECAlgoExposureData& applied)
+{
+    constexpr FLOAT kRadiance = 2.0e-6F; // grey level per nanosecond at unit gain
+    return std::min(kRadiance * static_cast<FLOAT>(applied.exposureTime) * applied.linearGain, 255.0F);
+}
+} // namespace
+
+TEST_F(HostTest, FixedSceneGivesConstantTargetExposure)
+{
+    LYRAECAlgorithm* pAlgo = CreateStreaming(0);
+    HostFrameResult  start = {};
+    ASSERT_EQ(VelaResultSuccess, m_harness.QueryStartExposure(pAlgo, &start));
+
+    // The sensor applies an exposure two frames after the library chose it.
+    std::vector<AECAlgoExposureData> chosen(2, start.exposures[AECAlgoExposureSafe].exposureData);
+    HostFrameResult                  frame = {};
+    for (UINT64 id = 1; id <= 60; id++)
+    {
+        const FLOAT grey = SceneGrey(chosen[chosen.size() - 2]);
+        ASSERT_EQ(VelaResultSuccess, m_harness.ProcessFrame(pAlgo, kSensor, id, grey, &frame)) << "frame " << id;
+        chosen.push_back(frame.exposures[AECAlgoExposureSafe].exposureData);
+    }
+
+    // Metering of a consistent scene lands on the same target index whatever exposure the frame had: once the
+    // pipeline has filled, every frame asks for the same sensitivity, and the scene then sits at the target.
+    const FLOAT settled = chosen.back().sensitivity;
+    ASSERT_GT(settled, 0.0F);
+    for (size_t i = 10; i < chosen.size(); i++)
+    {
+        EXPECT_NEAR(settled, chosen[i].sensitivity, settled * 0.005F) << "frame " << i - 1;
+    }
+    EXPECT_NEAR(50.0F, frame.frameInfo.frameLuma, 10.0F);
+}

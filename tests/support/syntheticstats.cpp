@@ -98,9 +98,11 @@ VOID CSyntheticStats::Build()
         for (UINT32 c = 0; c < HistChannel; c++)
         {
             const UINT32 s      = histSlot[c];
-            auto         binOf = [depth](UINT32 value) {
-                const UINT32 bin = (depth >= 10) ? (value >> (depth - 10)) : (value << (10 - depth));
-                return (bin < HistBins) ? bin : (HistBins - 1);
+            const UINT32 bits  = m_histBits;
+            const UINT32 bins  = 1U << bits;
+            auto         binOf = [depth, bits, bins](UINT32 value) {
+                const UINT32 bin = (depth >= bits) ? (value >> (depth - bits)) : (value << (bits - depth));
+                return (bin < bins) ? bin : (bins - 1);
             };
             m_histData[c][binOf(region.value[s])] += count[s];
             m_histData[c][binOf(m_grid.satThreshold[s])] += static_cast<UINT32>(pix) - count[s];
@@ -109,7 +111,7 @@ VOID CSyntheticStats::Build()
     m_grid.m_pChannelData = (0 != m_grid.flags.hasSatInfo) ? reinterpret_cast<StatsBayerGridChannelInfo*>(m_sat)
                                                            : m_plain;
     m_hist.channelCount    = HistChannel;
-    m_hist.binCount        = HistBins;
+    m_hist.binCount        = 1U << m_histBits;
     m_hist.uniform         = 1;
     m_hist.pHistData[0]    = m_histData[0];
     m_hist.pHistData[1]    = m_histData[1];

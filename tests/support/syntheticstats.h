@@ -4,12 +4,13 @@
 //   CSyntheticStats stats(h, v, regionW, regionH, bitDepth, layout, withSatInfo);   // large: hold it on the heap
 //   SyntheticRegion r = SyntheticRegion::Uniform(value, satShare);    // value per channel, share of saturated pixels
 //   stats.Fill(r);  stats.SetRegion(x, y, r);  stats.SetSatThreshold(t);
-//   stats.Build();                        // (re)writes the region records and the 1024-bin histogram
+//   stats.SetHistBins(256);               // 256 or 1024 (default) histogram bins
+//   stats.Build();                        // (re)writes the region records and the histogram
 //   stats.Grid(), stats.Hist()            // StatsBayerGrid and StatsBayerHist pointing into owned storage
 //   stats.FillStatistics(&aecStatistics)  // bayerGrid and bayerHist of an AECStatistics, everything else empty
 // Channel slots are R, B, GR, GB; in the Y layouts GR carries G and GB carries Y (the onlyY layout reads R and Y).
 // Non-saturated pixels of a slot all take the slot's value; saturated ones sit at the slot's threshold.
-// The histogram has R, GR and B channels with one entry per pixel, bins of the value scaled to 10 bits.
+// The histogram has R, GR and B channels with one entry per pixel, bins of the value scaled to 8 or 10 bits.
 #ifndef TESTS_SUPPORT_SYNTHETICSTATS_H
 #define TESTS_SUPPORT_SYNTHETICSTATS_H
 
@@ -37,7 +38,7 @@ class CSyntheticStats
 {
 public:
     static constexpr UINT32 MaxRegions  = 3072;
-    static constexpr UINT32 HistBins    = 1024;
+    static constexpr UINT32 HistBins    = 1024; // storage: the most bins a histogram may have
     static constexpr UINT32 HistChannel = 3;
 
     CSyntheticStats(UINT32 h, UINT32 v, UINT32 regionW, UINT32 regionH, UINT16 bitDepth, SyntheticLayout layout,
@@ -46,6 +47,8 @@ public:
     VOID SetRegion(UINT32 x, UINT32 y, const SyntheticRegion& region) { m_regions[x + y * m_h] = region; }
     VOID Fill(const SyntheticRegion& region);
     VOID SetSatThreshold(UINT32 threshold);
+    // 256 or 1024 (the default) histogram bins; takes effect at the next Build().
+    VOID SetHistBins(UINT32 bins) { m_histBits = (bins <= 256) ? 8 : 10; }
     VOID Build();
 
     // Pixels per region and slot, as the parser counts them.
@@ -63,6 +66,7 @@ private:
     UINT32                         m_h;
     UINT32                         m_v;
     SyntheticLayout                m_layout;
+    UINT32                         m_histBits = 10;
     StatsBayerGrid                 m_grid;
     StatsBayerHist                 m_hist;
     SyntheticRegion                m_regions[MaxRegions];

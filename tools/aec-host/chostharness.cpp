@@ -60,7 +60,7 @@ KDKResult HostQueryVendorTagLocation(const CHAR* pSectionName, const CHAR* pTagN
 
 HostSensorConfig DefaultSensor(UINT32 cameraId, StatsAlgoRole role)
 {
-    return HostSensorConfig{cameraId, role, 4000, 3000, 1.0F, 64.0F, 2.0F, 64, 48, 10};
+    return HostSensorConfig{cameraId, role, 4000, 3000, 1.0F, 64.0F, 2.0F, 64, 48, 10, 2};
 }
 
 CHostHarness::CHostHarness()
@@ -158,13 +158,15 @@ KDKResult CHostHarness::Configure(LYRAECAlgorithm* pAlgo, const HostSensorConfig
     sensorInfo.sensorActiveResHeight  = sensor.height;
 
     StatsTuningData tuning = {};
-    AECAlgoSetParam params[4] = {
+    UINT8           delay  = sensor.pipelineDelay;
+    AECAlgoSetParam params[5] = {
         {&cameraInfo, sizeof(cameraInfo), AECAlgoSetParamCameraInfo},
         {&sensorInfo, sizeof(sensorInfo), AECAlgoSetParamSensorInfo},
+        {&delay, sizeof(delay), AECAlgoSetParamPipelineDelay},
         {&tuning, sizeof(tuning), AECAlgoSetParamSorentaData},
         {&mode, sizeof(mode), AECAlgoSetParamOperationMode},
     };
-    AECAlgoSetParamList list = {params, 4};
+    AECAlgoSetParamList list = {params, 5};
     return pAlgo->AECSetParam(pAlgo, &list);
 }
 
@@ -217,10 +219,26 @@ KDKResult CHostHarness::SetPeerInfo(LYRAECAlgorithm* pAlgo, const StatsPeerInfoC
 void CHostHarness::BuildStatistics(const HostSensorConfig& sensor, FLOAT greyLevel)
 {
     const UINT32 regions  = sensor.gridColumns * sensor.gridRows;
-    const FLOAT  maxValue = static_cast<FLOAT>((1U << sensor.bitDepth) - 1U);
-    const UINT16 value    = static_cast<UINT16>(std::lround(std::min(greyLevel / 255.0F, 1.0F) * maxValue));
+    const UINT32 maxValue = (1U << sensor.bitDepth) - 1U;
+    const UINT32 value    = static_cast<UINT32>(std::lround(std::min(greyLevel / 255.0F, 1.0F) * maxValue));
+    const UINT32 regionW  = sensor.width / sensor.gridColumns;
+    const UINT32 regionH  = sensor.height / sensor.gridRows;
+    // Every pixel of the uniform scene lies below the saturation threshold: each Bayer channel of a region
+    // counts a quarter of its pixels, all at the scene's value.
+    const UINT16 count = static_cast<UINT16>(std::min(regionW * regionH / 4U, 0xFFFFU));
     const StatsColorChannelType channels[4] = {StatsColorChannelR, StatsColorChannelGR, StatsColorChannelGB,
                                                 StatsColorChannelB};
+
+    StatsBayerGridChannelInfo region = {};
+    region.RSum    = value * count;
+    region.BSum    = value * count;
+    region.GRSum   = value * count;
+    region.GBSum   = value * count;
+    region.RCount  = count;
+    region.BCount  = count;
+    region.GRCount = count;
+    region.GBCount = count;
+    m_regions.assign(regions, region);
 
     m_bayerGrid = StatsBayerGrid{};
     m_bayerHist = StatsBayerHist{};
@@ -228,9 +246,8 @@ void CHostHarness::BuildStatistics(const HostSensorConfig& sensor, FLOAT greyLev
     const UINT32 bin  = std::min(bins - 1, static_cast<UINT32>(std::lround(greyLevel / 255.0F * (bins - 1))));
     for (UINT32 c = 0; c < 4; c++)
     {
-        m_grid[c].assign(regions, value);
-        m_bayerGrid.pGridData[c]    = m_grid[c].data();
         m_bayerGrid.gridDataType[c] = channels[c];
+        m_bayerGrid.satThreshold[c] = maxValue;
         m_histogram[c].assign(bins, 0);
         m_histogram[c][bin]         = sensor.width * sensor.height / 4;
         m_bayerHist.pHistData[c]    = m_histogram[c].data();
@@ -239,12 +256,13 @@ void CHostHarness::BuildStatistics(const HostSensorConfig& sensor, FLOAT greyLev
     m_bayerGrid.horizontalRegionCount = sensor.gridColumns;
     m_bayerGrid.verticalRegionCount   = sensor.gridRows;
     m_bayerGrid.totalRegionCount      = regions;
-    m_bayerGrid.regionWidth           = sensor.width / sensor.gridColumns;
-    m_bayerGrid.regionHeight          = sensor.height / sensor.gridRows;
+    m_bayerGrid.regionWidth           = regionW;
+    m_bayerGrid.regionHeight          = regionH;
     m_bayerGrid.bitDepth              = sensor.bitDepth;
     m_bayerGrid.numValidRegions       = regions;
     m_bayerGrid.startupMode           = StatisticsStartUpValid;
     m_bayerGrid.exposureType          = AECAlgoExposureSafe;
+    m_bayerGrid.m_pChannelData        = m_regions.data();
     m_bayerHist.channelCount          = 4;
     m_bayerHist.binCount              = bins;
     m_bayerHist.startupMode           = StatisticsStartUpValid;

@@ -24,9 +24,11 @@ struct HostSensorConfig
     UINT32 gridColumns;    // Bayer grid regions
     UINT32 gridRows;
     UINT16 bitDepth;       // of the grid sums
+    UINT8  pipelineDelay;  // frames between choosing an exposure and the statistics that show it
 };
 
-// A 12 MP, 10-bit-grid sensor with gains 1 to 64 behind an f/2.0 lens, as the tests and the demo use it.
+// A 12 MP, 10-bit-grid sensor with gains 1 to 64 behind an f/2.0 lens and a pipeline delay of two frames, as the
+// tests and the demo use it.
 HostSensorConfig DefaultSensor(UINT32 cameraId, StatsAlgoRole role = StatsAlgoRoleDefault);
 
 // What one processed frame handed back through the output list.
@@ -96,7 +98,7 @@ private:
     void*                    m_pLibrary;
     LyrAECAlgorithmCallbacks m_callbacks;
     LyrAlgorithmInterface    m_hostInterface;
-    std::vector<UINT16>      m_grid[4];
+    std::vector<StatsBayerGridChannelInfo> m_regions;
     std::vector<UINT32>      m_histogram[4];
     StatsBayerGrid           m_bayerGrid;
     StatsBayerHist           m_bayerHist;

@@ -21,6 +21,8 @@ public:
     static const BHistProcResult& BHist(CStatsProcessor& p) { return Stats(p).m_BHistRes; }
     static const BHistProcResult& BHistLEF(CStatsProcessor& p) { return Stats(p).m_BHistLEFRes; }
     static const HDR3HistProcResult& HDR3(CStatsProcessor& p) { return Stats(p).m_HDR3HistRes; }
+    // Lets a test clear the parsed marks, so that the one-region parse runs again.
+    static BGProcResult& MutableBG(CStatsProcessor& p) { return Stats(p).m_BGRes; }
 
 private:
     static CStatsProcessor::CProcessedStats& Stats(CStatsProcessor& p)

@@ -20,15 +20,23 @@ T* AECCreateObject(Args&&... args)
     return (nullptr != pMemory) ? new (pMemory) T(std::forward<Args>(args)...) : nullptr;
 }
 
-// Destroys an object of AECCreateObject through any of its polymorphic bases and clears the pointer.
-// The most-derived address is taken before the destructor runs, since that is the block the allocator handed out.
+// Destroys an object of AECCreateObject, of its own type or through any of its polymorphic bases, and clears the
+// pointer. The most-derived address is taken before the destructor runs, since that is the block the allocator
+// handed out.
 template <typename T>
 void AECDestroyObject(T*& pObject)
 {
-    static_assert(std::is_polymorphic<T>::value, "the allocation start is found through the dynamic type");
     if (nullptr != pObject)
     {
-        void* pMemory = dynamic_cast<void*>(pObject);
+        void* pMemory = nullptr;
+        if constexpr (std::is_polymorphic<T>::value)
+        {
+            pMemory = dynamic_cast<void*>(pObject);
+        }
+        else
+        {
+            pMemory = static_cast<void*>(pObject);
+        }
         pObject->~T();
         VelaFree(pMemory);
         pObject = nullptr;

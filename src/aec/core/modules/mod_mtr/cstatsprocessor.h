@@ -5,6 +5,8 @@
 #include "aec/core/include/coremoduletuningdata.h"
 #include "aec/core/include/iprocessedstats.h"
 
+class CLegacyYGrid;
+
 // Holds about a megabyte of fixed result tables: create it on the heap (or as a member of a heap object).
 // Nothing is allocated per frame.
 class CStatsProcessor
@@ -95,7 +97,7 @@ public:
     static constexpr FLOAT  YThresDarkStats   = 8.0f;
     static constexpr UINT32 BayerChannelNum   = 4;
     static constexpr FLOAT  MaxBinGranularity = 0.0f;
-    // Regions the frame pass parses together, in vector lanes.
+    // Regions the frame pass parses together, in vector lanes, where the CPU has no wider vectors.
     static constexpr UINT32 BGBlockLanes = 4;
 
 private:
@@ -142,9 +144,11 @@ private:
     AecResult ProcessBGStatsRegion(UINT32 idx);
     AecResult ProcessMainBGStatsRegion(UINT32 idx);
     VOID      SetupBGBlock(BGBlockSetup* pSetup) const;
-    // Parses count (at most BGBlockLanes) consecutive regions from first with the results of
-    // ProcessMainBGStatsRegion; pParsed[i] tells which succeeded.
-    VOID      ParseMainBGBlock(const BGBlockSetup& setup, UINT32 first, UINT32 count, BOOL* pParsed);
+    // Parses a run of at most count main grid regions of a cleared frame from column x of row y in vector lanes
+    // (results as ProcessMainBGStatsRegion's), folds them into the legacy grid and the bright and dark counts,
+    // and returns how many it took: it stops before a region that needs the one-region parse.
+    UINT32    ParseMainBGRun(const BGBlockSetup& setup, UINT32 x, UINT32 y, UINT32 count, CLegacyYGrid* pLegacy,
+                             UINT32* pBright, UINT32* pDark);
     AecResult ProcessHDR3BGStatsRegion(UINT32 idx);
     AecResult ProcessExtraExposureBGRegion(const GridJob& job, UINT32 idx);
     BOOL      IdentifyBGStatsChannels(BGProcResult* pRes, const StatsBayerGrid* pGrid) const;

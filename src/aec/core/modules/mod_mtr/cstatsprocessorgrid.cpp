@@ -226,55 +226,35 @@ AecResult CStatsProcessor::ProcessBGStats()
     CLegacyYGrid legacy(res.YRegions, oneToOne ? h : BGLegacyGridDim, oneToOne ? v : BGLegacyGridDim,
                         oneToOne ? 1 : (h / BGLegacyGridDim), oneToOne ? 1 : (v / BGLegacyGridDim), h, v);
 
-    // Every region in raster order, the same positions an exhaustive whole-frame iterator visits, a batch at a time.
+    // Every region in raster order, the same positions an exhaustive whole-frame iterator visits: runs in vector
+    // lanes, and one region at a time where a run stops.
     BGBlockSetup setup;
     SetupBGBlock(&setup);
-    const UINT32 total = h * v;
-    UINT32       x     = 0;
-    UINT32       y     = 0;
     // The counts run in registers and land in the result once; the counts start at 0 every frame.
     UINT32 bright    = 0;
     UINT32 dark      = 0;
     UINT32 processed = 0;
-    for (UINT32 first = 0; first < total; first += BGBlockLanes)
+    for (UINT32 y = 0; y < v; y++)
     {
-        const UINT32 count = ((total - first) < BGBlockLanes) ? (total - first) : BGBlockLanes;
-        BOOL         parsed[BGBlockLanes];
-        ParseMainBGBlock(setup, first, count, parsed);
-        if ((BGBlockLanes == count) && ((x + BGBlockLanes) <= h) && (FALSE != parsed[0]) && (FALSE != parsed[1]) &&
-            (FALSE != parsed[2]) && (FALSE != parsed[3]))
+        UINT32 x = 0;
+        while (x < h)
         {
-            // A full batch within one grid row: the legacy grid takes it as one run.
-            legacy.AddRun(x, y, &res.BGRegions[first], BGBlockLanes);
-            for (UINT32 i = 0; i < BGBlockLanes; i++)
-            {
-                CountBrightOrDark(res.BGRegions[first + i].rgnLuma, &bright, &dark);
-            }
-            processed += BGBlockLanes;
-            x += BGBlockLanes;
+            const UINT32 run = ParseMainBGRun(setup, x, y, h - x, &legacy, &bright, &dark);
+            processed += run;
+            x += run;
             if (x == h)
             {
-                x = 0;
-                y++;
+                break;
             }
-            continue;
-        }
-        for (UINT32 i = 0; i < count; i++)
-        {
-            if (FALSE != parsed[i])
+            const UINT32 pos = x + (y * h);
+            if (AecSuccess == ProcessMainBGStatsRegion(pos))
             {
-                const ParsedBGRegionType& region = res.BGRegions[first + i];
+                const ParsedBGRegionType& region = res.BGRegions[pos];
                 legacy.Add(x, y, region);
                 CountBrightOrDark(region.rgnLuma, &bright, &dark);
                 processed++;
             }
-            // Raster position of the next region.
             x++;
-            if (x == h)
-            {
-                x = 0;
-                y++;
-            }
         }
     }
     res.numBrightRegions    = bright;

@@ -132,27 +132,11 @@ AecResult CStatsProcessor::UpdateBHistBinGrouping(BHistProcResult* pRes)
 AecResult CStatsProcessor::AccumulateBHist(const StatsBayerHist* pHist, BHistProcResult* pRes)
 {
     const BOOL useGains = (BHistProcUseCase::RGB == pRes->procInfo.useCase) ? TRUE : FALSE;
-    if (3 == pRes->procInfo.numOfChannels)
-    {
-        const UINT32* const pData[3] = {pHist->pHistData[m_BHistProc.channelIndices[0]],
-                                        pHist->pHistData[m_BHistProc.channelIndices[1]],
-                                        pHist->pHistData[m_BHistProc.channelIndices[2]]};
-        UINT64              totals[3] = {0, 0, 0};
-        if (FALSE != HistChannelsInterleavable(pRes, pData, pRes->numOfBins, totals))
-        {
-            const FLOAT gains[3] = {useGains ? m_BHistProc.channelGains[0] : 1.0f,
-                                    useGains ? m_BHistProc.channelGains[1] : 1.0f,
-                                    useGains ? m_BHistProc.channelGains[2] : 1.0f};
-            AccumulateHistChannels3(pRes, pData, gains, totals);
-            return AecSuccess;
-        }
-    }
     for (UINT32 c = 0; c < pRes->procInfo.numOfChannels; c++)
     {
-        const UINT8   index = m_BHistProc.channelIndices[c];
-        const FLOAT   gain  = useGains ? m_BHistProc.channelGains[c] : 1.0f;
-        const UINT64 total =
-            AccumulateHistChannel(pRes, c, pHist->pHistData[index], pRes->numOfBins, gain, index);
+        const UINT8  index = m_BHistProc.channelIndices[c];
+        const FLOAT  gain  = useGains ? m_BHistProc.channelGains[c] : 1.0f;
+        const UINT64 total = AccumulateHistChannel(pRes, c, pHist->pHistData[index], pRes->numOfBins, gain, index);
         if (0 == total)
         {
             AEC_LOG_ERROR("Empty histogram encountered!");

@@ -1,7 +1,8 @@
-// Bayer grid regions to luma, saturation and colour ratios: one region at a time, or four in vector lanes.
+// Bayer grid regions to luma, saturation and colour ratios: one region at a time, or a run in vector lanes.
 #include <cmath>
 #include <cstddef>
 
+#include "aec/core/modules/mod_mtr/clegacyygrid.h"
 #include "aec/core/modules/mod_mtr/cstatsprocessor.h"
 #include "platform/statslogger.h"
 
@@ -113,55 +114,232 @@ AecResult ComputeRegion(const BGProcParam& param, BGProcUseCase useCase, const S
     return AecSuccess;
 }
 
-// The frame pass parses the main grid four regions at a time in vector lanes. Every lane performs the IEEE
-// single-precision operations of ComputeRegion in the same order. The integer sums that ComputeRegion forms in
-// 64 bits stay below 2^31 when every input sum is below 2^29 (the batch checks this), so 32-bit lanes form them
-// exactly and the signed conversion rounds them once, as the 64-bit conversion does. So the batch gives the same
-// bits as the one-region parse.
-typedef UINT32 VecU __attribute__((vector_size(16)));
-typedef INT32  VecI __attribute__((vector_size(16)));
-typedef FLOAT  VecF __attribute__((vector_size(16)));
-constexpr UINT32 VecLanes = 4;
-static_assert(CStatsProcessor::BGBlockLanes == VecLanes, "a batch is one vector");
+// The frame pass parses runs of main grid regions several at a time in vector lanes: four with the portable
+// kernel, eight where the CPU has AVX2. Every lane performs the IEEE single-precision operations of ComputeRegion
+// in the same order, and nothing is contracted into fused multiply-adds (the file is built without contraction).
+// The integer sums that ComputeRegion forms in 64 bits stay below 2^31 when every input sum is below 2^29 (the
+// batch checks this), so 32-bit lanes form them exactly and the signed conversion rounds them once, as the 64-bit
+// conversion does. So the batch gives the same bits as the one-region parse.
+#define AEC_LANES_INLINE inline __attribute__((always_inline))
 
-inline VecF ToFloat(VecU x)
+// Unsigned, signed and float lanes of one kernel width. Helpers take vectors by reference: a wide vector passed by
+// value outside an AVX2 function would change the calling convention.
+template <UINT32 W>
+struct BGLanes
 {
-    return __builtin_convertvector(reinterpret_cast<VecI>(x), VecF);
+    typedef UINT32 U __attribute__((vector_size(4 * W)));
+    typedef INT32  I __attribute__((vector_size(4 * W)));
+    typedef FLOAT  F __attribute__((vector_size(4 * W)));
+};
+
+// A 16-byte row of the record at pRaw in every 128-bit half: half k takes the record k * 4 records further on.
+// The halves are joined in registers, so that a wide load never waits for narrower stores.
+template <UINT32 W, typename V>
+AEC_LANES_INLINE VOID LoadRows(V& lanes, const UINT8* pRaw, UINT32 stride)
+{
+    typedef typename BGLanes<4>::U Half;
+    Half low;
+    __builtin_memcpy(&low, pRaw, sizeof(low));
+    if constexpr (W == 4)
+    {
+        lanes = low;
+    }
+    else
+    {
+        Half high;
+        __builtin_memcpy(&high, pRaw + (4 * stride), sizeof(high));
+        lanes = __builtin_shufflevector(low, high, 0, 1, 2, 3, 4, 5, 6, 7);
+    }
 }
 
-inline VecU LoadVec(const void* pSource)
+// Rows a..d of a 4x4 matrix become its columns, in every 128-bit half.
+template <typename V>
+AEC_LANES_INLINE VOID Transpose(V& a, V& b, V& c, V& d)
 {
-    VecU lanes;
-    __builtin_memcpy(&lanes, pSource, sizeof(lanes));
-    return lanes;
+    if constexpr (sizeof(V) == 16)
+    {
+        const V ab01 = __builtin_shufflevector(a, b, 0, 4, 1, 5);
+        const V cd01 = __builtin_shufflevector(c, d, 0, 4, 1, 5);
+        const V ab23 = __builtin_shufflevector(a, b, 2, 6, 3, 7);
+        const V cd23 = __builtin_shufflevector(c, d, 2, 6, 3, 7);
+        a            = __builtin_shufflevector(ab01, cd01, 0, 1, 4, 5);
+        b            = __builtin_shufflevector(ab01, cd01, 2, 3, 6, 7);
+        c            = __builtin_shufflevector(ab23, cd23, 0, 1, 4, 5);
+        d            = __builtin_shufflevector(ab23, cd23, 2, 3, 6, 7);
+    }
+    else
+    {
+        const V ab01 = __builtin_shufflevector(a, b, 0, 8, 1, 9, 4, 12, 5, 13);
+        const V cd01 = __builtin_shufflevector(c, d, 0, 8, 1, 9, 4, 12, 5, 13);
+        const V ab23 = __builtin_shufflevector(a, b, 2, 10, 3, 11, 6, 14, 7, 15);
+        const V cd23 = __builtin_shufflevector(c, d, 2, 10, 3, 11, 6, 14, 7, 15);
+        a            = __builtin_shufflevector(ab01, cd01, 0, 1, 8, 9, 4, 5, 12, 13);
+        b            = __builtin_shufflevector(ab01, cd01, 2, 3, 10, 11, 6, 7, 14, 15);
+        c            = __builtin_shufflevector(ab23, cd23, 0, 1, 8, 9, 4, 5, 12, 13);
+        d            = __builtin_shufflevector(ab23, cd23, 2, 3, 10, 11, 6, 7, 14, 15);
+    }
 }
 
-// Rows a..d of a 4x4 matrix become its columns.
-inline VOID Transpose(VecU& a, VecU& b, VecU& c, VecU& d)
+// Per-frame constants and destinations of one run of main grid regions.
+struct BGRunArgs
 {
-    const VecU ab01 = __builtin_shufflevector(a, b, 0, 4, 1, 5);
-    const VecU cd01 = __builtin_shufflevector(c, d, 0, 4, 1, 5);
-    const VecU ab23 = __builtin_shufflevector(a, b, 2, 6, 3, 7);
-    const VecU cd23 = __builtin_shufflevector(c, d, 2, 6, 3, 7);
-    a               = __builtin_shufflevector(ab01, cd01, 0, 1, 4, 5);
-    b               = __builtin_shufflevector(ab01, cd01, 2, 3, 6, 7);
-    c               = __builtin_shufflevector(ab23, cd23, 0, 1, 4, 5);
-    d               = __builtin_shufflevector(ab23, cd23, 2, 3, 6, 7);
+    const UINT8*        pRecords; // the run's first record
+    ParsedBGRegionType* pOut;     // the run's first result
+    BOOL*               pCalculated;
+    CLegacyYGrid*       pLegacy;
+    UINT32              x;     // grid column of the run's first region
+    UINT32              y;     // its grid row
+    UINT32              count; // regions of the run, all in row y
+    FLOAT               satDen;
+    FLOAT               satRecip;
+    FLOAT               lumaDen;
+    FLOAT               lumaRecip;
+    FLOAT               RWeight;
+    FLOAT               GWeight;
+    FLOAT               BWeight;
+    FLOAT               lumaCalcScaler;
+    INT32               minNonSatCnt;
+};
+
+// Parses the longest prefix of the run that the batch can take, whole vectors only, folds each vector into the
+// legacy grid and the brightness counts, and returns its length. The caller parses the region where it stopped
+// on its own. Folding vector by vector lets the legacy sums' chains of adds overlap the next vector's work.
+template <UINT32 W>
+AEC_LANES_INLINE UINT32 ParseBGRunLanes(const BGRunArgs& args, UINT32* pBright, UINT32* pDark)
+{
+    typedef typename BGLanes<W>::U U;
+    typedef typename BGLanes<W>::I I;
+    typedef typename BGLanes<W>::F F;
+    static_assert((offsetof(StatsBayerGridChannelInfoS_Sat, base.RCount) == 16) &&
+                      (offsetof(StatsBayerGridChannelInfoS_Sat, saturatedRSum) == 24) &&
+                      (offsetof(StatsBayerGridChannelInfoS_Sat, saturatedGRSum) == 32) &&
+                      (offsetof(StatsBayerGridChannelInfoS_Sat, saturatedRCount) == 40),
+                  "the batch reads the region record in three 16-byte rows");
+    static_assert((offsetof(ParsedBGRegionType, rgnSatRatio) == offsetof(ParsedBGRegionType, rgnLuma) + 4) &&
+                      (offsetof(ParsedBGRegionType, RGRatio) == offsetof(ParsedBGRegionType, rgnLuma) + 8) &&
+                      (offsetof(ParsedBGRegionType, BGRatio) == offsetof(ParsedBGRegionType, rgnLuma) + 12),
+                  "the batch writes luma, saturation and ratios as one row");
+    constexpr UINT32 Stride = sizeof(StatsBayerGridChannelInfoS_Sat);
+    const U          low16  = U{} + 0xFFFFu;
+    const I          minCnt = I{} + args.minNonSatCnt;
+    const I          zero   = I{};
+    const F          minus1 = F{} - 1.0f;
+    I                bright = I{};
+    I                dark   = I{};
+    UINT32           done   = 0;
+    for (; (done + W) <= args.count; done += W)
+    {
+        const UINT8* pRaw = args.pRecords + (done * Stride);
+        // Row 0: R, B, GR, GB sums. Row 1: R|B counts, GR|GB counts, saturated R and B sums. Row 2: saturated GR
+        // and GB sums, saturated R|B counts, saturated GR|GB counts.
+        U sumR, sumB, sumGR, sumGB, cntRB, cntGRGB, satR, satB, satGR, satGB, sCntRB, sCntGG;
+        LoadRows<W>(sumR, pRaw, Stride);
+        LoadRows<W>(sumB, pRaw + Stride, Stride);
+        LoadRows<W>(sumGR, pRaw + 2 * Stride, Stride);
+        LoadRows<W>(sumGB, pRaw + 3 * Stride, Stride);
+        LoadRows<W>(cntRB, pRaw + 16, Stride);
+        LoadRows<W>(cntGRGB, pRaw + Stride + 16, Stride);
+        LoadRows<W>(satR, pRaw + 2 * Stride + 16, Stride);
+        LoadRows<W>(satB, pRaw + 3 * Stride + 16, Stride);
+        LoadRows<W>(satGR, pRaw + 32, Stride);
+        LoadRows<W>(satGB, pRaw + Stride + 32, Stride);
+        LoadRows<W>(sCntRB, pRaw + 2 * Stride + 32, Stride);
+        LoadRows<W>(sCntGG, pRaw + 3 * Stride + 32, Stride);
+        Transpose(sumR, sumB, sumGR, sumGB);
+        Transpose(cntRB, cntGRGB, satR, satB);
+        Transpose(satGR, satGB, sCntRB, sCntGG);
+
+        // Larger sums could leave the 32-bit lanes: the caller parses this region on its own.
+        const U wide = (sumR | sumB | sumGR | sumGB | satR | satB | satGR | satGB) >> 29;
+        UINT64  parts[W / 2];
+        __builtin_memcpy(parts, &wide, sizeof(parts));
+        UINT64 anyWide = 0;
+        for (UINT32 i = 0; i < (W / 2); i++)
+        {
+            anyWide |= parts[i];
+        }
+        const BOOL fits = (0 == anyWide) ? TRUE : FALSE;
+        if (FALSE == fits)
+        {
+            break;
+        }
+
+        const I cntR   = reinterpret_cast<I>(cntRB & low16);
+        const I cntB   = reinterpret_cast<I>(cntRB >> 16);
+        const I cntGR  = reinterpret_cast<I>(cntGRGB & low16);
+        const I cntGB  = reinterpret_cast<I>(cntGRGB >> 16);
+        const I satCnt = reinterpret_cast<I>((sCntRB & low16) + (sCntRB >> 16) + (sCntGG & low16) + (sCntGG >> 16));
+        const I maxBG  = (cntB > cntGR) ? cntB : cntGR;
+        const I minRGB = (cntR < cntGB) ? cntR : cntGB;
+        const I ratios = (minCnt < maxBG) & (minCnt < minRGB);
+        const F g      = __builtin_convertvector(reinterpret_cast<I>(sumGR + sumGB), F) /
+                    __builtin_convertvector(cntGR + cntGB, F);
+        const I greenOk = ratios & (g > 0.0f);
+        const F rg      = (__builtin_convertvector(reinterpret_cast<I>(sumR), F) / __builtin_convertvector(cntR, F)) / g;
+        const F bg      = (__builtin_convertvector(reinterpret_cast<I>(sumB), F) / __builtin_convertvector(cntB, F)) / g;
+        const F RG      = ((greenOk & (cntR != zero)) != zero) ? rg : minus1;
+        const F BG      = ((greenOk & (cntB != zero)) != zero) ? bg : minus1;
+        const F satNum  = __builtin_convertvector(satCnt, F);
+        const F sat     = (0.0f != args.satRecip) ? (satNum * args.satRecip) : (satNum / args.satDen);
+        const F G       = __builtin_convertvector(reinterpret_cast<I>((sumGR + sumGB + satGR + satGB) >> 1), F);
+        const F R       = __builtin_convertvector(reinterpret_cast<I>(sumR + satR), F);
+        const F B       = __builtin_convertvector(reinterpret_cast<I>(sumB + satB), F);
+        const F lumaNum = (G * args.GWeight + R * args.RWeight + B * args.BWeight) * args.lumaCalcScaler;
+        const F luma    = (0.0f != args.lumaRecip) ? (lumaNum * args.lumaRecip) : (lumaNum / args.lumaDen);
+
+        // Bright first, dark only for the rest; a NaN luma is neither and counts as normal.
+        const I isBright = (luma >= CStatsProcessor::YThresBrightStats);
+        bright -= isBright;
+        dark -= ~isBright & (luma <= CStatsProcessor::YThresDarkStats);
+
+        // Back to one record per region: luma, saturation ratio and the two colour ratios are adjacent fields.
+        U rows[4] = {reinterpret_cast<U>(luma), reinterpret_cast<U>(sat), reinterpret_cast<U>(RG),
+                     reinterpret_cast<U>(BG)};
+        Transpose(rows[0], rows[1], rows[2], rows[3]);
+        ParsedBGRegionType* pOut = args.pOut + done;
+        for (UINT32 k = 0; k < (W / 4); k++)
+        {
+            for (UINT32 i = 0; i < 4; i++)
+            {
+                __builtin_memcpy(&pOut[(4 * k) + i].rgnLuma, reinterpret_cast<const UINT8*>(&rows[i]) + (16 * k), 16);
+            }
+        }
+        const I parsed = I{} + TRUE;
+        __builtin_memcpy(args.pCalculated + done, &parsed, sizeof(parsed));
+        args.pLegacy->AddRun(args.x + done, args.y, pOut, W);
+    }
+    for (UINT32 i = 0; i < W; i++)
+    {
+        *pBright += static_cast<UINT32>(bright[i]);
+        *pDark += static_cast<UINT32>(dark[i]);
+    }
+    return done;
 }
 
-inline VecF Select(VecI mask, VecF yes, VecF no)
+UINT32 ParseBGRunPortable(const BGRunArgs& args, UINT32* pBright, UINT32* pDark)
 {
-    return reinterpret_cast<VecF>((reinterpret_cast<VecI>(yes) & mask) | (reinterpret_cast<VecI>(no) & ~mask));
+    return ParseBGRunLanes<CStatsProcessor::BGBlockLanes>(args, pBright, pDark);
 }
 
-inline VecI Max(VecI a, VecI b)
+#if defined(__x86_64__)
+__attribute__((target("avx2"))) UINT32 ParseBGRunAVX2(const BGRunArgs& args, UINT32* pBright, UINT32* pDark)
 {
-    return b ^ ((a ^ b) & (a > b));
+    return ParseBGRunLanes<8>(args, pBright, pDark);
 }
+#endif
 
-inline VecI Min(VecI a, VecI b)
+typedef UINT32 (*ParseBGRunFn)(const BGRunArgs& args, UINT32* pBright, UINT32* pDark);
+
+// The widest kernel this CPU runs, chosen once.
+ParseBGRunFn SelectParseBGRun()
 {
-    return b ^ ((a ^ b) & (a < b));
+#if defined(__x86_64__)
+    if (__builtin_cpu_supports("avx2"))
+    {
+        return &ParseBGRunAVX2;
+    }
+#endif
+    return &ParseBGRunPortable;
 }
 
 // x / d for a power-of-two d whose reciprocal is a normal float equals x * (1 / d): both are the correctly rounded
@@ -175,12 +353,6 @@ FLOAT ExactReciprocal(FLOAT d)
     }
     const FLOAT reciprocal = 1.0f / d;
     return std::isnormal(reciprocal) ? reciprocal : 0.0f;
-}
-
-// Divides by a per-frame constant, by its exact reciprocal when there is one.
-inline VecF DivideByConstant(VecF num, FLOAT den, FLOAT reciprocal)
-{
-    return (0.0f != reciprocal) ? (num * reciprocal) : (num / den);
 }
 } // namespace
 
@@ -202,104 +374,39 @@ VOID CStatsProcessor::SetupBGBlock(BGBlockSetup* pSetup) const
                           : FALSE;
 }
 
-VOID CStatsProcessor::ParseMainBGBlock(const BGBlockSetup& setup, UINT32 first, UINT32 count, BOOL* pParsed)
+UINT32 CStatsProcessor::ParseMainBGRun(const BGBlockSetup& setup, UINT32 x, UINT32 y, UINT32 count,
+                                       CLegacyYGrid* pLegacy, UINT32* pBright, UINT32* pDark)
 {
-    BGProcResult&         res      = m_ProcessedStats.m_BGRes;
-    const StatsBayerGrid* pGrid    = &m_pInputStats->bayerGrid;
-    // Guards, logs, a short tail, large sums and the other layouts: the one-region parse.
-    const auto            oneByOne = [this, first, count, pParsed]() {
-        for (UINT32 i = 0; i < count; i++)
-        {
-            pParsed[i] = (AecSuccess == ProcessMainBGStatsRegion(first + i)) ? TRUE : FALSE;
-        }
+    static const ParseBGRunFn pParseRun = SelectParseBGRun();
+    BGProcResult&             res       = m_ProcessedStats.m_BGRes;
+    const StatsBayerGrid*     pGrid     = &m_pInputStats->bayerGrid;
+    const UINT32              first     = x + (y * res.numHorizontalRegions);
+    // Guards and logs of the one-region parse stay with it: the batch takes only valid regions of a cleared frame.
+    const UINT32 limit = (pGrid->numValidRegions < BGMaxRegions) ? pGrid->numValidRegions : BGMaxRegions;
+    if ((FALSE == setup.batched) || (nullptr == pGrid->m_pChannelData) || (first >= limit))
+    {
+        return 0;
+    }
+    const BGRunArgs args = {
+        reinterpret_cast<const UINT8*>(
+            reinterpret_cast<const StatsBayerGridChannelInfoS_Sat*>(pGrid->m_pChannelData) + first),
+        &res.BGRegions[first],
+        &res.BGRegionsCalculated[first],
+        pLegacy,
+        x,
+        y,
+        ((limit - first) < count) ? (limit - first) : count,
+        setup.satDen,
+        setup.satRecip,
+        setup.lumaDen,
+        setup.lumaRecip,
+        m_BGProc.RWeight,
+        m_BGProc.GWeight,
+        m_BGProc.BWeight,
+        m_BGProc.lumaCalcScaler,
+        setup.minNonSatCnt,
     };
-    BOOL batch = ((FALSE != setup.batched) && (VecLanes == count) && ((first + count) <= pGrid->numValidRegions) &&
-                  ((first + count) <= BGMaxRegions))
-                     ? TRUE
-                     : FALSE;
-    for (UINT32 i = 0; (FALSE != batch) && (i < count); i++)
-    {
-        batch = (FALSE == res.BGRegionsCalculated[first + i]) ? TRUE : FALSE;
-    }
-    if (FALSE == batch)
-    {
-        oneByOne();
-        return;
-    }
-
-    static_assert((offsetof(StatsBayerGridChannelInfoS_Sat, base.RCount) == 16) &&
-                      (offsetof(StatsBayerGridChannelInfoS_Sat, saturatedRSum) == 24) &&
-                      (offsetof(StatsBayerGridChannelInfoS_Sat, saturatedGRSum) == 32) &&
-                      (offsetof(StatsBayerGridChannelInfoS_Sat, saturatedRCount) == 40),
-                  "the batch reads the region record in three 16-byte rows");
-    const auto* pRec = reinterpret_cast<const StatsBayerGridChannelInfoS_Sat*>(pGrid->m_pChannelData) + first;
-    const auto* pRaw = reinterpret_cast<const UINT8*>(pRec);
-    constexpr UINT32 Stride = sizeof(StatsBayerGridChannelInfoS_Sat);
-    // Row 0: R, B, GR, GB sums. Row 1: R|B counts, GR|GB counts, saturated R and B sums. Row 2: saturated GR and
-    // GB sums, saturated R|B counts, saturated GR|GB counts.
-    VecU sumR    = LoadVec(pRaw);
-    VecU sumB    = LoadVec(pRaw + Stride);
-    VecU sumGR   = LoadVec(pRaw + 2 * Stride);
-    VecU sumGB   = LoadVec(pRaw + 3 * Stride);
-    VecU cntRB   = LoadVec(pRaw + 16);
-    VecU cntGRGB = LoadVec(pRaw + Stride + 16);
-    VecU satR    = LoadVec(pRaw + 2 * Stride + 16);
-    VecU satB    = LoadVec(pRaw + 3 * Stride + 16);
-    VecU satGR   = LoadVec(pRaw + 32);
-    VecU satGB   = LoadVec(pRaw + Stride + 32);
-    VecU sCntRB  = LoadVec(pRaw + 2 * Stride + 32);
-    VecU sCntGG  = LoadVec(pRaw + 3 * Stride + 32);
-    Transpose(sumR, sumB, sumGR, sumGB);
-    Transpose(cntRB, cntGRGB, satR, satB);
-    Transpose(satGR, satGB, sCntRB, sCntGG);
-    const VecU low16  = {0xFFFFu, 0xFFFFu, 0xFFFFu, 0xFFFFu};
-    const VecI cntR   = reinterpret_cast<VecI>(cntRB & low16);
-    const VecI cntB   = reinterpret_cast<VecI>(cntRB >> 16);
-    const VecI cntGR  = reinterpret_cast<VecI>(cntGRGB & low16);
-    const VecI cntGB  = reinterpret_cast<VecI>(cntGRGB >> 16);
-    const VecI satCnt = reinterpret_cast<VecI>((sCntRB & low16) + (sCntRB >> 16) + (sCntGG & low16) + (sCntGG >> 16));
-
-    // Larger sums could leave the 32-bit lanes: such a batch goes region by region.
-    const VecU wide = (sumR | sumB | sumGR | sumGB | satR | satB | satGR | satGB) >> 29;
-    if (0 != (wide[0] | wide[1] | wide[2] | wide[3]))
-    {
-        oneByOne();
-        return;
-    }
-
-    const BGProcParam& param   = m_BGProc;
-    const VecI         minCnt  = {setup.minNonSatCnt, setup.minNonSatCnt, setup.minNonSatCnt, setup.minNonSatCnt};
-    const VecI         zero    = {0, 0, 0, 0};
-    const VecI         ratios  = (minCnt < Max(cntB, cntGR)) & (minCnt < Min(cntR, cntGB));
-    const VecF         g       = ToFloat(sumGR + sumGB) / __builtin_convertvector(cntGR + cntGB, VecF);
-    const VecF         minus1  = {-1.0f, -1.0f, -1.0f, -1.0f};
-    const VecI         greenOk = ratios & (g > 0.0f);
-    const VecF RG = Select(greenOk & (cntR != zero), (ToFloat(sumR) / __builtin_convertvector(cntR, VecF)) / g,
-                           minus1);
-    const VecF BG = Select(greenOk & (cntB != zero), (ToFloat(sumB) / __builtin_convertvector(cntB, VecF)) / g,
-                           minus1);
-    const VecF sat = DivideByConstant(__builtin_convertvector(satCnt, VecF), setup.satDen, setup.satRecip);
-    const VecF G   = ToFloat((sumGR + sumGB + satGR + satGB) >> 1);
-    const VecF R   = ToFloat(sumR + satR);
-    const VecF B   = ToFloat(sumB + satB);
-    const VecF luma = DivideByConstant(
-        (G * param.GWeight + R * param.RWeight + B * param.BWeight) * param.lumaCalcScaler, setup.lumaDen,
-        setup.lumaRecip);
-
-    // Back to one record per region: luma, saturation ratio and the two colour ratios are adjacent fields.
-    static_assert((offsetof(ParsedBGRegionType, rgnSatRatio) == offsetof(ParsedBGRegionType, rgnLuma) + 4) &&
-                      (offsetof(ParsedBGRegionType, RGRatio) == offsetof(ParsedBGRegionType, rgnLuma) + 8) &&
-                      (offsetof(ParsedBGRegionType, BGRatio) == offsetof(ParsedBGRegionType, rgnLuma) + 12),
-                  "the batch writes luma, saturation and ratios as one row");
-    VecU rows[VecLanes] = {reinterpret_cast<VecU>(luma), reinterpret_cast<VecU>(sat), reinterpret_cast<VecU>(RG),
-                           reinterpret_cast<VecU>(BG)};
-    Transpose(rows[0], rows[1], rows[2], rows[3]);
-    for (UINT32 i = 0; i < VecLanes; i++)
-    {
-        __builtin_memcpy(&res.BGRegions[first + i].rgnLuma, &rows[i], sizeof(rows[i]));
-        res.BGRegionsCalculated[first + i] = TRUE;
-        pParsed[i]                         = TRUE;
-    }
+    return pParseRun(args, pBright, pDark);
 }
 
 AecResult CStatsProcessor::ProcessBGStatsRegion(UINT32 idx)

@@ -5,81 +5,65 @@
 #include "aec/core/modules/mod_mtr/statsprocrecords.h"
 #include "platform/statslogger.h"
 
-// a * b + c rounded once to float: the product of two floats is exact in double, so only the sum is rounded
-// before the final rounding. This keeps the per-bin cost off the library fmaf on targets without an FMA unit.
-inline FLOAT FusedMultiplyAdd(FLOAT a, FLOAT b, FLOAT c)
+// Destinations of one channel's running arrays, and its group values.
+struct HistCumulateOut
 {
-    return static_cast<FLOAT>(static_cast<double>(a) * static_cast<double>(b) + static_cast<double>(c));
-}
-
-// Divides the entries [start, end) by total, four lanes at a time: the same IEEE division per entry with a
-// quarter of the instructions.
-inline VOID NormalizeHistRange(FLOAT* pValues, UINT32 start, UINT32 end, UINT64 total)
-{
-    typedef FLOAT Vec4 __attribute__((vector_size(16)));
-    const FLOAT  norm    = static_cast<FLOAT>(total);
-    const Vec4   divisor = {norm, norm, norm, norm};
-    UINT32       i       = start;
-    for (; (i + 4) <= end; i += 4)
-    {
-        Vec4 lanes;
-        __builtin_memcpy(&lanes, &pValues[i], sizeof(lanes));
-        lanes /= divisor;
-        __builtin_memcpy(&pValues[i], &lanes, sizeof(lanes));
-    }
-    for (; i < end; i++)
-    {
-        pValues[i] /= norm;
-    }
-}
-
-// Divides the first count entries (at most N) by total.
-template <UINT32 N>
-VOID NormalizeHistArray(FLOAT (&values)[N], UINT32 count, UINT64 total)
-{
-    NormalizeHistRange(values, 0, (count < N) ? count : N, total);
-}
-
-// Running values of one channel's walk.
-struct HistChannelRun
-{
-    UINT64 total;
-    FLOAT  sum;
-    FLOAT  sumWB;
+    UINT64*      pGrouped;
+    const FLOAT* pValues;
+    FLOAT*       pCDF;
+    FLOAT*       pWeighted;
+    FLOAT*       pWeightedWB;
 };
 
-// A completed group of one channel: its pixels, cumulative count and the two value-weighted running sums.
+// Copies the pixel counts of n groups to pGrouped and fills the three running arrays from them, normalised by
+// their total: the cumulative share of pixels, and the cumulative sum of value times count over the total,
+// without and with gain on the value. The running sums are doubles; with group values that are multiples of 0.5
+// below 2^13, as the bin groupings make them, they are exact integers (in half units) up to 2^52, far beyond any
+// frame. Each entry is rounded to float once: the share as the count converted to float over the total as float,
+// the weighted sums as the exact sum times the reciprocal of the total (and the gain) in double.
+// Returns the total; 0 leaves the running arrays as they were.
+UINT64 HistCumulate(const UINT32* pCounts, UINT32 n, FLOAT gain, const HistCumulateOut& out);
+UINT64 HistCumulate(const UINT64* pCounts, UINT32 n, FLOAT gain, const HistCumulateOut& out);
+
+// True when raw bin i is group i for all numRawBins bins, the grouping with no bin granularity. Group starts rise
+// strictly from 0, so numRawBins groups that close at numRawBins are the bins themselves.
 template <typename TRes>
-inline VOID HistChannelStep(TRes* pRes, UINT32 c, UINT32 g, UINT64 binCount, FLOAT v, FLOAT gain, HistChannelRun& run)
+BOOL HistGroupsAreBins(const TRes* pRes, UINT32 numRawBins)
 {
-    const FLOAT count = static_cast<FLOAT>(static_cast<INT64>(binCount));
-    run.total += binCount;
-    run.sum                   = FusedMultiplyAdd(count, v, run.sum);
-    run.sumWB                 = FusedMultiplyAdd(count, v * gain, run.sumWB);
-    pRes->groupedHist[c][g]   = binCount;
-    pRes->histCDF[c][g]       = static_cast<FLOAT>(static_cast<INT64>(run.total));
-    pRes->weightedCDF[c][g]   = run.sum;
-    pRes->weightedCDFWB[c][g] = run.sumWB;
+    return ((numRawBins == pRes->groupedNumOfBins) &&
+            (numRawBins < (sizeof(pRes->binLUTs) / sizeof(pRes->binLUTs[0]))) && (0 == pRes->binLUTs[0]) &&
+            (numRawBins == static_cast<UINT32>(pRes->binLUTs[numRawBins])))
+               ? TRUE
+               : FALSE;
 }
 
-// Walks numRawBins raw bins of pData into channel c's groups of pRes and normalises the three running arrays by
-// the pixel count. gain scales the value in the white-balanced sum. A null pData adds nothing. Returns the
-// pixel count; 0 leaves the arrays unnormalised and the caller fails the frame.
+// Walks numRawBins raw bins of pData into channel c's groups of pRes and fills the three running arrays from them.
+// gain scales the value in the white-balanced sum. A null pData adds nothing. Returns the pixel count; 0 leaves
+// the running arrays as they were and the caller fails the frame.
 template <typename TRes>
 UINT64 AccumulateHistChannel(TRes* pRes, UINT32 c, const UINT32* pData, UINT32 numRawBins, FLOAT gain,
                              UINT32 chnlIndex)
 {
-    HistChannelRun run = {0, 0.0f, 0.0f};
-    UINT32         g   = 0;
-    for (UINT32 r = 0; (r < numRawBins) && (g < pRes->groupedNumOfBins); r++)
+    const UINT32          maxGroups = sizeof(pRes->groupedHist[c]) / sizeof(pRes->groupedHist[c][0]);
+    const UINT32          groups    = (pRes->groupedNumOfBins < maxGroups) ? pRes->groupedNumOfBins : maxGroups;
+    const HistCumulateOut out       = {pRes->groupedHist[c], pRes->valLUTs, pRes->histCDF[c], pRes->weightedCDF[c],
+                                 pRes->weightedCDFWB[c]};
+    if ((nullptr != pData) && (groups == numRawBins) && (FALSE != HistGroupsAreBins(pRes, numRawBins)))
+    {
+        // Each raw bin is its own group.
+        return HistCumulate(pData, groups, gain, out);
+    }
+    // Only completed groups count: raw bins that end inside a group leave it out.
+    UINT32 g = 0;
+    for (UINT32 r = 0; (r < numRawBins) && (g < groups); r++)
     {
         if (r == pRes->binLUTs[g])
         {
-            pRes->groupedHist[c][g] = 0;
+            out.pGrouped[g] = 0;
         }
         if (nullptr != pData)
         {
-            pRes->groupedHist[c][g] += pData[r];
+            out.pGrouped[g] += pData[r];
         }
         else
         {
@@ -87,96 +71,10 @@ UINT64 AccumulateHistChannel(TRes* pRes, UINT32 c, const UINT32* pData, UINT32 n
         }
         if (r == static_cast<UINT32>(pRes->binLUTs[g + 1]) - 1)
         {
-            HistChannelStep(pRes, c, g, pRes->groupedHist[c][g], pRes->valLUTs[g], gain, run);
             g++;
         }
     }
-    const UINT64 total = run.total;
-    if (0 == total)
-    {
-        return 0;
-    }
-    NormalizeHistArray(pRes->histCDF[c], pRes->groupedNumOfBins, total);
-    NormalizeHistArray(pRes->weightedCDF[c], pRes->groupedNumOfBins, total);
-    NormalizeHistArray(pRes->weightedCDFWB[c], pRes->groupedNumOfBins, total);
-    return total;
-}
-
-// The same walk as AccumulateHistChannel for three channels at once, when each raw bin is its own group, every
-// channel has data and none is empty (the caller checks these with HistChannelsInterleavable). The running sums
-// of the channels are independent chains: walking them side by side, in registers, overlaps their latencies. The
-// pixel counts are known up front, so each block of groups is normalised right after it is walked: the vector
-// divisions then overlap the latency of the next block's chains. Per channel the operations and their order are
-// those of the single-channel walk, so the results are the same bits.
-template <typename TRes>
-VOID AccumulateHistChannels3(TRes* pRes, const UINT32* const pData[3], const FLOAT gains[3], const UINT64 totals[3])
-{
-    constexpr UINT32    Block  = 16;
-    HistChannelRun      run0   = {0, 0.0f, 0.0f};
-    HistChannelRun      run1   = {0, 0.0f, 0.0f};
-    HistChannelRun      run2   = {0, 0.0f, 0.0f};
-    const UINT32* const pData0 = pData[0];
-    const UINT32* const pData1 = pData[1];
-    const UINT32* const pData2 = pData[2];
-    const FLOAT         gain0  = gains[0];
-    const FLOAT         gain1  = gains[1];
-    const FLOAT         gain2  = gains[2];
-    const UINT32        n      = pRes->groupedNumOfBins;
-    for (UINT32 start = 0; start < n; start += Block)
-    {
-        const UINT32 end = ((n - start) < Block) ? n : (start + Block);
-        for (UINT32 g = start; g < end; g++)
-        {
-            const FLOAT v = pRes->valLUTs[g];
-            HistChannelStep(pRes, 0, g, pData0[g], v, gain0, run0);
-            HistChannelStep(pRes, 1, g, pData1[g], v, gain1, run1);
-            HistChannelStep(pRes, 2, g, pData2[g], v, gain2, run2);
-        }
-        for (UINT32 c = 0; c < 3; c++)
-        {
-            NormalizeHistRange(pRes->histCDF[c], start, end, totals[c]);
-            NormalizeHistRange(pRes->weightedCDF[c], start, end, totals[c]);
-            NormalizeHistRange(pRes->weightedCDFWB[c], start, end, totals[c]);
-        }
-    }
-}
-
-// True when the grouping maps raw bin i to group i for all numRawBins bins, and every channel has data and pixels;
-// fills the channels' pixel counts.
-template <typename TRes>
-BOOL HistChannelsInterleavable(const TRes* pRes, const UINT32* const pData[3], UINT32 numRawBins, UINT64 totals[3])
-{
-    if ((numRawBins != pRes->groupedNumOfBins) || (numRawBins >= (sizeof(pRes->binLUTs) / sizeof(pRes->binLUTs[0]))))
-    {
-        return FALSE;
-    }
-    UINT32 identity = 1;
-    for (UINT32 i = 0; i <= numRawBins; i++)
-    {
-        identity &= (static_cast<UINT32>(pRes->binLUTs[i]) == i) ? 1u : 0u;
-    }
-    if (0 == identity)
-    {
-        return FALSE;
-    }
-    for (UINT32 c = 0; c < 3; c++)
-    {
-        if (nullptr == pData[c])
-        {
-            return FALSE;
-        }
-        UINT64 total = 0;
-        for (UINT32 i = 0; i < numRawBins; i++)
-        {
-            total += pData[c][i];
-        }
-        if (0 == total)
-        {
-            return FALSE;
-        }
-        totals[c] = total;
-    }
-    return TRUE;
+    return HistCumulate(out.pGrouped, g, gain, out);
 }
 
 // First index of each colour among the four channels of a histogram record, -1 where a colour is absent.
