@@ -1,5 +1,6 @@
 // Round trips through the library's parameter store: compile, read back with the store's readers, compile again.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdio>
 
@@ -110,7 +111,9 @@ TEST_P(TuneRoundTrip, EveryModuleEntryBecomesAModuleAndThePlaceholderNone)
 
 TEST_P(TuneRoundTrip, ReaderThatKeepsTheFileOpenLoadsThePaddedFileOnly)
 {
-    const std::string path = ::testing::TempDir() + "aectune_filemode.bin";
+    // ctest runs the versions side by side: each needs its own file.
+    const std::string path = ::testing::TempDir() + "aectune_filemode_" + GetParam() + "_" +
+                             std::to_string(static_cast<long>(getpid())) + ".bin";
     std::vector<UINT8> small;
     ASSERT_TRUE(Compile(ExampleText(), GetParam(), true, 0, &small));
     for (const auto* pBytes : { &m_file, &small })

@@ -3,6 +3,7 @@
 #include <fstream>
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "tunetesthelpers.h"
 #include "tuning/parser/parsercrc.h"
@@ -25,7 +26,10 @@ protected:
     void SetUp() override
     {
         ASSERT_TRUE(Compile(Source, "7.0.0", true, 3388, &m_file));
-        m_path = ::testing::TempDir() + "aectune_verify.bin";
+        // ctest runs the tests side by side: each needs its own file.
+        m_path = ::testing::TempDir() + "aectune_verify_" +
+                 ::testing::UnitTest::GetInstance()->current_test_info()->name() + "_" +
+                 std::to_string(static_cast<long>(getpid())) + ".bin";
     }
 
     void TearDown() override

@@ -178,7 +178,7 @@ TEST_F(HistogramTargetTest, HistMeteringOffGivesTheLuxTargetAndNoDRCGain)
     EXPECT_EQ(20.0f, m_result.histBasedShortTarget);
     EXPECT_EQ(20.0f, m_result.histBasedLongTarget);
     EXPECT_EQ(0.0f, m_result.realDRCGain);
-    EXPECT_EQ(0, Debug().bHistTargetEnable);
+    EXPECT_EQ(0, +Debug().bHistTargetEnable);
 }
 
 TEST_F(HistogramTargetTest, AWBGainsOfOneTenthRun)
@@ -281,7 +281,7 @@ TEST_F(HistogramTargetTest, OneChannelHistogramTakesTheFirstChannelRanges)
     Zone().histSatPushupRange[2] = {0.5f, 0.6f};
     EXPECT_EQ(AecSuccess, Run(50.0f));
     AECDebugDataHistogramType debug = Debug();
-    EXPECT_EQ(1.0f, debug.numOfChannels);
+    EXPECT_EQ(1.0f, +debug.numOfChannels);
     EXPECT_NEAR(200.0f, debug.satPushUpMeans[0], 0.5f);
     EXPECT_NEAR(200.0f, debug.satPushUpMeans[3], 0.5f);
 
@@ -304,7 +304,7 @@ TEST_F(HistogramTargetTest, BrightestChannelDecides)
     m_luma.finalLuma = 100.0f;
     EXPECT_EQ(AecSuccess, Run(50.0f));
     const AECDebugDataHistogramType debug = Debug();
-    EXPECT_EQ(3.0f, debug.numOfChannels);
+    EXPECT_EQ(3.0f, +debug.numOfChannels);
     EXPECT_NEAR(150.0f, debug.satPushUpMeans[3], 0.5f);
     EXPECT_NEAR(150.0f, debug.darkMeans[3], 0.5f);
     // Bright band from the blue mean: 30 / 150 * 100.
@@ -529,12 +529,12 @@ TEST_F(HistogramTargetTest, FaceLimitsTheADRCGainUntilTheNextInterpolation)
     m_luma.faceLuma = 80.0f;
     ASSERT_EQ(AecSuccess, Run(50.0f, TRUE));
     EXPECT_NEAR(50.0f / 6.0f, m_result.histBasedShortTarget, 0.01f);
-    EXPECT_EQ(6.0f, Debug().maxDRCGain); // the zone copy holds the face ceiling
+    EXPECT_EQ(6.0f, +Debug().maxDRCGain); // the zone copy holds the face ceiling
 
     m_luma.faceLuma = -1.0f;
     ASSERT_EQ(AecSuccess, Run(50.0f, TRUE));
     EXPECT_NEAR(50.0f / 8.0f, m_result.histBasedShortTarget, 0.01f);
-    EXPECT_EQ(8.0f, Debug().maxDRCGain);
+    EXPECT_EQ(8.0f, +Debug().maxDRCGain);
 }
 
 TEST_F(HistogramTargetTest, DarkBoostRaisesLongTowardsTheDarkBand)
@@ -865,8 +865,8 @@ TEST_F(HistogramTargetTest, DebugDataCarriesTheFrame)
     ParseUniform(100.0f);
     ASSERT_EQ(AecSuccess, Run(50.0f, TRUE));
     const AECDebugDataHistogramType debug = Debug();
-    EXPECT_EQ(1, debug.bHistTargetEnable);
-    EXPECT_EQ(1, debug.bADRCEnable);
+    EXPECT_EQ(1, +debug.bHistTargetEnable);
+    EXPECT_EQ(1, +debug.bADRCEnable);
     EXPECT_FLOAT_EQ(m_luma.finalLuma, debug.refLuma);
     EXPECT_FLOAT_EQ(50.0f, debug.refTarget);
     EXPECT_FLOAT_EQ(4.0f, debug.satRefs[0]);

@@ -54,8 +54,8 @@ TEST_F(FrameLumaTest, UniformFrameGivesItsLuma)
 {
     EXPECT_NEAR(100.0f, Run(), 1e-3f);
     const AECDebugDataStatsLumaRegionType debug = Debug();
-    EXPECT_EQ(0, debug.brightRgnCount);
-    EXPECT_EQ(0, debug.darkRgnCount);
+    EXPECT_EQ(0, +debug.brightRgnCount);
+    EXPECT_EQ(0, +debug.darkRgnCount);
 }
 
 TEST_F(FrameLumaTest, FrameAverageTakesNoTableYetAdjustsRegions)
@@ -65,7 +65,7 @@ TEST_F(FrameLumaTest, FrameAverageTakesNoTableYetAdjustsRegions)
     Halves(100.0f, 240.0f);
     // 128 regions of weight 1 and 128 bright ones of weight 0.5.
     EXPECT_NEAR((128.0f * 100.0f + 128.0f * 240.0f * 0.5f) / 192.0f, Run(), 1e-3f);
-    EXPECT_EQ(128, Debug().brightRgnCount);
+    EXPECT_EQ(128, +Debug().brightRgnCount);
 }
 
 TEST_F(FrameLumaTest, DarkRegionWithoutBudgetKeepsPlainWeightAndIsNotTestedAsBright)
@@ -76,8 +76,8 @@ TEST_F(FrameLumaTest, DarkRegionWithoutBudgetKeepsPlainWeightAndIsNotTestedAsBri
     Halves(40.0f, 100.0f);
     EXPECT_NEAR((128.0f * 40.0f + 128.0f * 100.0f * 0.1f) / (128.0f + 12.8f), Run(), 1e-3f);
     const AECDebugDataStatsLumaRegionType debug = Debug();
-    EXPECT_EQ(0, debug.darkRgnCount);
-    EXPECT_EQ(128, debug.brightRgnCount);
+    EXPECT_EQ(0, +debug.darkRgnCount);
+    EXPECT_EQ(128, +debug.brightRgnCount);
 }
 
 TEST_F(FrameLumaTest, DarkRegionWithBudgetIsRampedAndStillNotTestedAsBright)
@@ -88,15 +88,15 @@ TEST_F(FrameLumaTest, DarkRegionWithBudgetIsRampedAndStillNotTestedAsBright)
     const FLOAT w = 0.875f;
     EXPECT_NEAR((128.0f * 40.0f * w + 128.0f * 100.0f * 0.1f) / (128.0f * w + 12.8f), Run(), 1e-3f);
     const AECDebugDataStatsLumaRegionType debug = Debug();
-    EXPECT_EQ(128, debug.darkRgnCount);
-    EXPECT_EQ(128, debug.brightRgnCount);
+    EXPECT_EQ(128, +debug.darkRgnCount);
+    EXPECT_EQ(128, +debug.brightRgnCount);
 }
 
 TEST_F(FrameLumaTest, DarkRegionAtOrBelowStartTakesTheFullDarkWeight)
 {
     Halves(100.0f, 8.0f);
     EXPECT_NEAR((128.0f * 100.0f + 128.0f * 8.0f * 0.5f) / 192.0f, Run(), 1e-3f);
-    EXPECT_EQ(128, Debug().darkRgnCount);
+    EXPECT_EQ(128, +Debug().darkRgnCount);
 }
 
 TEST_F(FrameLumaTest, BrightRegionInsideTheRampTakesPartOfTheWeight)
@@ -119,8 +119,8 @@ TEST_F(FrameLumaTest, ThresholdRatioOfTwoDoublesAllFourThresholds)
     EXPECT_NEAR(220.0f, debug.brightRgnThres[1], 1e-2f);
     EXPECT_NEAR(20.0f, debug.darkRgnThres[0], 1e-3f);
     EXPECT_NEAR(40.0f, debug.darkRgnThres[1], 1e-3f);
-    EXPECT_EQ(0, debug.brightRgnCount);
-    EXPECT_EQ(128, debug.darkRgnCount);
+    EXPECT_EQ(0, +debug.brightRgnCount);
+    EXPECT_EQ(128, +debug.darkRgnCount);
 }
 
 TEST_F(FrameLumaTest, WithHdr3TheRatioComesFromTheLongExposure)
@@ -143,7 +143,7 @@ TEST_F(FrameLumaTest, ZeroBrightShareDisablesBrightAdjustment)
     RgnAdj().maxStatsPctForBright = 0.0f;
     Halves(100.0f, 240.0f);
     EXPECT_NEAR(170.0f, Run(), 1e-3f);
-    EXPECT_EQ(0, Debug().brightRgnCount);
+    EXPECT_EQ(0, +Debug().brightRgnCount);
 }
 
 TEST_F(FrameLumaTest, BrightBudgetCapsTheAdjustedRegions)
@@ -152,7 +152,7 @@ TEST_F(FrameLumaTest, BrightBudgetCapsTheAdjustedRegions)
     Halves(100.0f, 240.0f);
     // 64 of the 128 bright regions are de-weighted.
     EXPECT_NEAR((128.0f * 100.0f + 64.0f * 240.0f * 0.5f + 64.0f * 240.0f) / 224.0f, Run(), 1e-3f);
-    EXPECT_EQ(64, Debug().brightRgnCount);
+    EXPECT_EQ(64, +Debug().brightRgnCount);
 }
 
 TEST_F(FrameLumaTest, BudgetIsAShareOfTheRegionsTheSubsampledWalkEstimates)
@@ -165,7 +165,7 @@ TEST_F(FrameLumaTest, BudgetIsAShareOfTheRegionsTheSubsampledWalkEstimates)
     m_pImage->Fill(SyntheticRegion::Uniform(Code(240.0f)));
     Run();
     // Every second region: 512 estimated, a quarter of them adjusted.
-    EXPECT_EQ(128, Debug().brightRgnCount);
+    EXPECT_EQ(128, +Debug().brightRgnCount);
 }
 
 TEST_F(FrameLumaTest, AllZeroCustomTableGivesTheFloor)
@@ -205,14 +205,14 @@ TEST_F(FrameLumaTest, OnlyRegionsAboveTheMinimumTableWeightAreAdjusted)
     RgnAdj().minTableWeightForBright = 1.0f;
     RgnAdj().minTableWeightForDark   = 1.0f;
     EXPECT_NEAR(122.5f, Run(), 1e-3f);
-    EXPECT_EQ(0, Debug().brightRgnCount);
-    EXPECT_EQ(0, Debug().darkRgnCount);
+    EXPECT_EQ(0, +Debug().brightRgnCount);
+    EXPECT_EQ(0, +Debug().darkRgnCount);
 
     RgnAdj().minTableWeightForBright = 0.99f;
     RgnAdj().minTableWeightForDark   = 0.99f;
     EXPECT_NEAR((128.0f * 5.0f * 0.25f + 128.0f * 240.0f * 0.5f) / 96.0f, Run(), 1e-3f);
-    EXPECT_EQ(128, Debug().brightRgnCount);
-    EXPECT_EQ(128, Debug().darkRgnCount);
+    EXPECT_EQ(128, +Debug().brightRgnCount);
+    EXPECT_EQ(128, +Debug().darkRgnCount);
 }
 
 TEST_F(FrameLumaTest, LuxIndexSelectsTheZone)
@@ -236,7 +236,7 @@ TEST_F(FrameLumaTest, MissingZoneTableTurnsRegionAdjustmentOff)
     Halves(100.0f, 240.0f);
     EXPECT_NEAR(170.0f, Run(), 1e-3f);
     EXPECT_TRUE(MtrLogContains("no region adjustment zone"));
-    EXPECT_EQ(0, Debug().brightRgnCount);
+    EXPECT_EQ(0, +Debug().brightRgnCount);
 }
 
 TEST_F(FrameLumaTest, ThresholdsAreScaledOncePerFrame)
@@ -273,10 +273,10 @@ TEST_F(FrameLumaTest, DebugRecordCarriesEnablesCountsWeightsAndThresholds)
     Halves(5.0f, 240.0f);
     Run();
     const AECDebugDataStatsLumaRegionType debug = Debug();
-    EXPECT_EQ(1, debug.bBrightRgnEnable);
-    EXPECT_EQ(0, debug.bDarkRgnEnable);
-    EXPECT_EQ(128, debug.brightRgnCount);
-    EXPECT_EQ(0, debug.darkRgnCount);
+    EXPECT_EQ(1, +debug.bBrightRgnEnable);
+    EXPECT_EQ(0, +debug.bDarkRgnEnable);
+    EXPECT_EQ(128, +debug.brightRgnCount);
+    EXPECT_EQ(0, +debug.darkRgnCount);
     EXPECT_FLOAT_EQ(0.5f, debug.brightRgnWeight);
     EXPECT_FLOAT_EQ(0.5f, debug.darkRgnWeight);
     EXPECT_FLOAT_EQ(200.0f, debug.brightRgnThres[0]);
