@@ -186,58 +186,57 @@ const CHAR* ModeEntry::GetSubModeName() const
     return ModeNames::SubModeName(Mode.Mode.Mode, Mode.Mode.SubMode);
 }
 
-bool ModeEntry::AddReference(ParameterModule* pModule, const IParameterLoggingAPI* pLog)
+ModuleReference* ModeEntry::FindOwnReference(ParameterModule* pModule, const IParameterLoggingAPI* pLog,
+                                             const CHAR* pMissingFormat, const CHAR* pWrongModeFormat)
 {
     auto found = ModuleMap.find(pModule->GetModuleNameHash());
     if (ModuleMap.end() == found)
     {
-        ParameterLogging::Write(pLog, Error,
-                                "Attempt to add reference to a non-existant module.  Mode: %d, SubMode: %d, Module %s\n",
-                                Mode.Mode.Mode, Mode.Mode.SubMode, pModule->GetModuleName());
-        return false;
+        ParameterLogging::Write(pLog, Error, pMissingFormat, Mode.Mode.Mode, Mode.Mode.SubMode,
+                                pModule->GetModuleName());
+        return nullptr;
     }
     if ((found->second.Module != pModule) || !IsOwnModule(pModule))
     {
         CHAR path[ParameterModePathSize];
         GetModePath(path, sizeof(path));
-        ParameterLogging::Write(pLog, Error,
-                                "Attempt to add module reference from wrong mode.  Mode: %d, SubMode: %d, Module %s, "
-                                "ModePath: %s\n",
-                                Mode.Mode.Mode, Mode.Mode.SubMode, pModule->GetModuleName(), path);
+        ParameterLogging::Write(pLog, Error, pWrongModeFormat, Mode.Mode.Mode, Mode.Mode.SubMode,
+                                pModule->GetModuleName(), path);
+        return nullptr;
+    }
+    return &found->second;
+}
+
+bool ModeEntry::AddReference(ParameterModule* pModule, const IParameterLoggingAPI* pLog)
+{
+    ModuleReference* pReference = FindOwnReference(
+        pModule, pLog, "Attempt to add reference to a non-existant module.  Mode: %d, SubMode: %d, Module %s\n",
+        "Attempt to add module reference from wrong mode.  Mode: %d, SubMode: %d, Module %s, ModePath: %s\n");
+    if (nullptr == pReference)
+    {
         return false;
     }
-    found->second.RefCount++;
+    pReference->RefCount++;
     return true;
 }
 
 bool ModeEntry::ReleaseReference(ParameterModule* pModule, const IParameterLoggingAPI* pLog)
 {
-    auto found = ModuleMap.find(pModule->GetModuleNameHash());
-    if (ModuleMap.end() == found)
+    ModuleReference* pReference = FindOwnReference(
+        pModule, pLog, "Attempt to release a non-existant module.  Mode: %d, SubMode: %d, Module %s\n",
+        "Attempt to release module reference from wrong mode.  Mode: %d, SubMode: %d, Module %s, ModePath: %s\n");
+    if (nullptr == pReference)
     {
-        ParameterLogging::Write(pLog, Error,
-                                "Attempt to release a non-existant module.  Mode: %d, SubMode: %d, Module %s\n",
-                                Mode.Mode.Mode, Mode.Mode.SubMode, pModule->GetModuleName());
         return false;
     }
-    if ((found->second.Module != pModule) || !IsOwnModule(pModule))
-    {
-        CHAR path[ParameterModePathSize];
-        GetModePath(path, sizeof(path));
-        ParameterLogging::Write(pLog, Error,
-                                "Attempt to release module reference from wrong mode.  Mode: %d, SubMode: %d, Module "
-                                "%s, ModePath: %s\n",
-                                Mode.Mode.Mode, Mode.Mode.SubMode, pModule->GetModuleName(), path);
-        return false;
-    }
-    if (0 == found->second.RefCount.load())
+    if (0 == pReference->RefCount.load())
     {
         ParameterLogging::Write(pLog, Error,
                                 "Attempt to release unreferenced module.  Mode: %d, SubMode: %d, Module %s\n",
                                 Mode.Mode.Mode, Mode.Mode.SubMode, pModule->GetModuleName());
         return false;
     }
-    found->second.RefCount--;
+    pReference->RefCount--;
     return true;
 }
 

@@ -51,6 +51,9 @@ public:
     const CHAR* GetSubModeName() const;
     bool       AddReference(ParameterModule* pModule, const IParameterLoggingAPI* pLog);
     bool       ReleaseReference(ParameterModule* pModule, const IParameterLoggingAPI* pLog);
+    // The reference of a module that this mode owns; null, with the given log line, when it is absent or foreign.
+    ModuleReference* FindOwnReference(ParameterModule* pModule, const IParameterLoggingAPI* pLog,
+                                      const CHAR* pMissingFormat, const CHAR* pWrongModeFormat);
     void       ReleaseReferences(const IParameterLoggingAPI* pLog);
     // References of one own instance, or of all own instances for null.
     UINT32     GetReferenceCount(ParameterModule* pModule);

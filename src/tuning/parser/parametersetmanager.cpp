@@ -275,7 +275,7 @@ bool ParameterSetManager::AddModule(ModuleData* pModuleData, ParameterModule* pM
     return true;
 }
 
-bool ParameterSetManager::AddReference(ParameterModule* pModule)
+bool ParameterSetManager::ChangeReference(ParameterModule* pModule, ReferenceChange pfnChange)
 {
     ParameterSetManager* pRoot = Root();
     if ((nullptr == pModule) || !IsFileMode())
@@ -293,28 +293,17 @@ bool ParameterSetManager::AddReference(ParameterModule* pModule)
         return false;
     }
     std::lock_guard<ParameterMutex> lock(pRoot->m_modeTables[tableIndex]->ActModeMutex);
-    return pOwn->AddReference(pModule, this);
+    return (pOwn->*pfnChange)(pModule, this);
+}
+
+bool ParameterSetManager::AddReference(ParameterModule* pModule)
+{
+    return ChangeReference(pModule, &ModeEntry::AddReference);
 }
 
 bool ParameterSetManager::ReleaseModule(ParameterModule* pModule)
 {
-    ParameterSetManager* pRoot = Root();
-    if ((nullptr == pModule) || !IsFileMode())
-    {
-        return false;
-    }
-    ModuleData*  pData      = pModule->GetData();
-    const UINT32 tableIndex = (nullptr != pData) ? pData->GetModeTableIndex() : 0xFFFFFFFFu;
-    ModeEntry*   pOwn       = pModule->GetOwnMode();
-    if ((nullptr == pData) || (tableIndex >= pRoot->m_modeTables.Count()) || (nullptr == pOwn))
-    {
-        ParameterLogging::Write(this, Error,
-                                "Attempt to lock Active Mode Mutex failed, mode table not found for ModeID: %u\n",
-                                (nullptr != pData) ? pData->ModeId : 0);
-        return false;
-    }
-    std::lock_guard<ParameterMutex> lock(pRoot->m_modeTables[tableIndex]->ActModeMutex);
-    return pOwn->ReleaseReference(pModule, this);
+    return ChangeReference(pModule, &ModeEntry::ReleaseReference);
 }
 
 void ParameterSetManager::ReleaseModules(PList<ParameterModule*>& list)

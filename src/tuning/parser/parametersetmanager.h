@@ -131,6 +131,9 @@ public:
     void SetIgnoreMissingModules(bool ignore) { m_ignoreMissingModules = ignore; }
 
 private:
+    // Adds or releases a reference of a module in its own mode, under the mode table's lock.
+    typedef bool (ModeEntry::*ReferenceChange)(ParameterModule* pModule, const IParameterLoggingAPI* pLog);
+    bool ChangeReference(ParameterModule* pModule, ReferenceChange pfnChange);
     struct WalkResult
     {
         ModeEntry* Last;

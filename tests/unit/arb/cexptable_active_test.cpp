@@ -38,7 +38,7 @@ protected:
         }
     }
 
-    ArbLogCapture m_logs;
+    CoreLogCapture m_logs;
     CExpTable      m_expTable;
 };
 
@@ -104,7 +104,7 @@ TEST_F(ExpTableActiveTest, InvalidTablesAreRefusedAndChangeNothing)
     {
         EXPECT_EQ(0.0F, m_expTable.SetExpTable(pTable));
     }
-    EXPECT_EQ(4U, ArbLogCapture::Count("Invalid exposure table"));
+    EXPECT_EQ(4U, CoreLogCapture::Count("Invalid exposure table"));
     EXPECT_EQ(0.0F, oneKnee.Knee(0).fnumber) << "a refused table is not written";
     EXPECT_EQ(valid.Get(), m_expTable.GetExpTable(RawTable));
     ExpectActiveIsRaw(valid);
@@ -119,7 +119,7 @@ TEST_F(ExpTableActiveTest, FiftyKneesKeepThePreviousActiveTableAndStillReturnThe
 
     ArbTable fifty(ManyKnees(50));
     EXPECT_FLOAT_EQ(1000000.0F, m_expTable.SetExpTable(fifty.Get()));
-    EXPECT_EQ(1U, ArbLogCapture::Count("ERROR : Number of knees exceeds max number of knees! Max : 50 raw knees 50"));
+    EXPECT_EQ(1U, CoreLogCapture::Count("ERROR : Number of knees exceeds max number of knees! Max : 50 raw knees 50"));
     EXPECT_EQ(fifty.Get(), m_expTable.GetExpTable(RawTable));
     ExpectActiveIsRaw(previous);
 
@@ -137,10 +137,10 @@ TEST_F(ExpTableActiveTest, RebuildThatWouldExceedFiftyKneesKeepsTheActiveTable)
     ASSERT_EQ(AecSuccess, m_expTable.ApplyActiveTableEVFPSKnees());
     ExpectActiveIsRaw(fifty);
 
-    ArbLogCapture::Clear();
+    CoreLogCapture::Clear();
     EXPECT_EQ(AecError, m_expTable.SetParamEV(1.0F, FALSE, 1024.0F, FALSE));
-    EXPECT_EQ(1U, ArbLogCapture::Count("ERROR : Number of knees exceeds max number of knees! Max : 50 raw knees 50"));
-    EXPECT_EQ(1U, ArbLogCapture::Count("Error Updating Active Exp Table"));
+    EXPECT_EQ(1U, CoreLogCapture::Count("ERROR : Number of knees exceeds max number of knees! Max : 50 raw knees 50"));
+    EXPECT_EQ(1U, CoreLogCapture::Count("Error Updating Active Exp Table"));
     ExpectActiveIsRaw(fifty);
 }
 
@@ -314,7 +314,7 @@ TEST_F(ExpTableActiveTest, Hdr3EvMovesTheIndexButNotTheGain)
 TEST_F(ExpTableActiveTest, EvSetBeforeTheTableIsStoredAndUsedLater)
 {
     EXPECT_EQ(AecError, m_expTable.SetParamEV(1.0F, FALSE, 1024.0F, FALSE));
-    EXPECT_EQ(1U, ArbLogCapture::Count("Error Updating EV Knee"));
+    EXPECT_EQ(1U, CoreLogCapture::Count("Error Updating EV Knee"));
     EXPECT_EQ(1.0F, CExpTableTestPeer::Settings(m_expTable).EV);
 
     ArbTable table(StepTableKnees());
@@ -326,7 +326,7 @@ TEST_F(ExpTableActiveTest, EvSetBeforeTheTableIsStoredAndUsedLater)
 TEST_F(ExpTableActiveTest, RebuildStepsFailWithoutATable)
 {
     EXPECT_EQ(AecError, m_expTable.ApplyActiveTableEVFPSKnees());
-    EXPECT_EQ(1U, ArbLogCapture::Count("ERROR: ExpTable not initialized"));
+    EXPECT_EQ(1U, CoreLogCapture::Count("ERROR: ExpTable not initialized"));
     EXPECT_EQ(AecError, m_expTable.UpdateEVKnee());
     EXPECT_EQ(AecError, m_expTable.UpdateFPSKnee());
 }

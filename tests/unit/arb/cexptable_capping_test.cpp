@@ -40,7 +40,7 @@ protected:
         return m_expTable.GetExpTable(ActiveTable)->expKneeEntries[i];
     }
 
-    ArbLogCapture m_logs;
+    CoreLogCapture m_logs;
     ArbTable       m_step{StepTableKnees()};
     CExpTable      m_expTable;
 };
@@ -162,11 +162,11 @@ TEST_F(ExpTableCappingTest, ZeroSensitivityLeavesTheIndex)
 TEST_F(ExpTableCappingTest, NullLimitAndOtherExposureTypesFail)
 {
     EXPECT_EQ(AecError, m_expTable.ExpTableEntryCapping(nullptr, AECAlgoExposureSafe, SHDRAECMODEV38YUV3FRAME));
-    EXPECT_EQ(1U, ArbLogCapture::Count("[Capping] arbExpLimit is NULL, expType=2 shdrmode=3"));
+    EXPECT_EQ(1U, CoreLogCapture::Count("[Capping] arbExpLimit is NULL, expType=2 shdrmode=3"));
 
     const ExposureLimitationType limit = OpenLimit();
     EXPECT_EQ(AecError, m_expTable.ExpTableEntryCapping(&limit, AECAlgoExposureCount, SHDRAECMODEDEFAULT));
-    EXPECT_EQ(1U, ArbLogCapture::Count("[Capping] Unsupported expType=3 shdrmode=0"));
+    EXPECT_EQ(1U, CoreLogCapture::Count("[Capping] Unsupported expType=3 shdrmode=0"));
 }
 
 TEST_F(ExpTableCappingTest, EachExposureTypeCapsItsTable)
@@ -201,5 +201,5 @@ TEST_F(ExpTableCappingTest, CappingAnInvalidTableFails)
     const ExposureLimitationType limit = OpenLimit();
     EXPECT_EQ(AecError, empty.ExpTableEntryCapping(&limit, AECAlgoExposureSafe, SHDRAECMODEDEFAULT));
     EXPECT_EQ(AecError, empty.ExpTableEntryCapping(&limit, AECAlgoExposureShort, SHDRAECMODEDEFAULT));
-    EXPECT_EQ(2U, ArbLogCapture::Count("ERROR: Table capping Failed"));
+    EXPECT_EQ(2U, CoreLogCapture::Count("ERROR: Table capping Failed"));
 }

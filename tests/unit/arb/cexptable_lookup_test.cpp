@@ -40,7 +40,7 @@ protected:
         return expSet;
     }
 
-    ArbLogCapture m_logs;
+    CoreLogCapture m_logs;
     CExpTable      m_expTable;
 };
 
@@ -331,7 +331,7 @@ TEST_F(ExpTableLookupTest, LookupsWithoutAValidTableFail)
               m_expTable.ExpTableEntryLookUp(ActiveTable, &expSet, AECAlgoExposureSafe, SHDRAECMODEDEFAULT));
     EXPECT_EQ(AecError, m_expTable.ExpTableEntryLookUpExpTimePrio(RawTable, &expSet, AECAlgoExposureShort));
     EXPECT_EQ(AecError, m_expTable.ExpTableEntryLookUpExpTimePrio(ActiveTable, &expSet, AECAlgoExposureLong));
-    EXPECT_EQ(4U, ArbLogCapture::Count("ERROR: Table capping Failed"));
+    EXPECT_EQ(4U, CoreLogCapture::Count("ERROR: Table capping Failed"));
 
     // A table is set but no HDR tables: the HDR lookups still fail.
     ArbTable table(StepTableKnees());

@@ -37,7 +37,7 @@ protected:
         }
     }
 
-    ArbLogCapture m_logs;
+    CoreLogCapture m_logs;
     CExpTable      m_expTable;
     ShdrTable      m_sef{ShortKnees(), 1.5F, 0.25F};
     ShdrTable      m_lef{LongKnees(), 2.5F, 0.75F};
@@ -119,13 +119,13 @@ TEST_F(ExpTableShdrTest, AFaultyTableIsNamedAndNothingChanges)
     noArray.Get()->expKneeEntries = nullptr;
 
     EXPECT_EQ(AecError, m_expTable.SetSHDRExpTable(nullptr, m_lef.Get(), nullptr));
-    EXPECT_EQ(1U, ArbLogCapture::Count("ERROR: SEF Table Validation Failed (Pointer: (nil))"));
+    EXPECT_EQ(1U, CoreLogCapture::Count("ERROR: SEF Table Validation Failed (Pointer: (nil))"));
     EXPECT_EQ(AecError, m_expTable.SetSHDRExpTable(m_mef.Get(), oneKnee.Get(), nullptr));
-    EXPECT_EQ(1U, ArbLogCapture::CountContaining("ERROR: LEF Table Validation Failed (Pointer: 0x"));
+    EXPECT_EQ(1U, CoreLogCapture::CountContaining("ERROR: LEF Table Validation Failed (Pointer: 0x"));
     EXPECT_EQ(AecError, m_expTable.SetSHDRExpTable(m_mef.Get(), m_mef.Get(), noArray.Get()));
-    EXPECT_EQ(1U, ArbLogCapture::CountContaining("ERROR: MEF Table Validation Failed (Pointer: 0x"));
+    EXPECT_EQ(1U, CoreLogCapture::CountContaining("ERROR: MEF Table Validation Failed (Pointer: 0x"));
     EXPECT_EQ(AecError, m_expTable.SetSHDRExpTable(m_mef.Get(), nullptr, m_mef.Get()));
-    EXPECT_EQ(1U, ArbLogCapture::Count("ERROR: LEF Table Validation Failed (Pointer: (nil))"));
+    EXPECT_EQ(1U, CoreLogCapture::Count("ERROR: LEF Table Validation Failed (Pointer: (nil))"));
 
     ExpectCopied(m_sef, Active(SEF));
     ExpectCopied(m_lef, Active(LEF));
@@ -139,7 +139,7 @@ TEST_F(ExpTableShdrTest, MoreThanFiftyKneesAreRefused)
     EXPECT_EQ(AecSuccess, m_expTable.SetSHDRExpTable(fifty.Get(), m_lef.Get(), nullptr));
     EXPECT_EQ(50U, Active(SEF).expKneeEntriesCount);
     EXPECT_EQ(AecError, m_expTable.SetSHDRExpTable(m_sef.Get(), m_lef.Get(), fiftyOne.Get()));
-    EXPECT_EQ(1U, ArbLogCapture::CountContaining("ERROR: MEF Table Validation Failed"));
+    EXPECT_EQ(1U, CoreLogCapture::CountContaining("ERROR: MEF Table Validation Failed"));
     EXPECT_EQ(50U, Active(SEF).expKneeEntriesCount);
 }
 
@@ -161,5 +161,5 @@ TEST_F(ExpTableShdrTest, UnknownHdrTableHasNoTableAndAnEmptyLimitation)
     const ExposureLimitationType limit = m_expTable.GetSHDRLimitation(3U);
     EXPECT_EQ(0.0F, limit.expIndex.max);
     EXPECT_EQ(0U, limit.expTime.max);
-    EXPECT_EQ(1U, ArbLogCapture::CountContaining("No HDR exposure table 3"));
+    EXPECT_EQ(1U, CoreLogCapture::CountContaining("No HDR exposure table 3"));
 }

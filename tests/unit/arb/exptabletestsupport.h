@@ -10,6 +10,7 @@
 
 #include "aec/core/modules/mod_arb/cexptable.h"
 #include "platform/statslogger.h"
+#include "support/corelogcapture.h"
 
 // Index units per decade of sensitivity, as the tables are tuned.
 constexpr double TestIndexPerDecade = 77.89852905273438;
@@ -134,56 +135,5 @@ public:
     static const ExpTableSettingsType& Settings(const CExpTable& rTable) { return rTable.m_currentSettings; }
 };
 
-// Formatted core log lines while installed. The core's own capture lives with its mocks, whose headers still carry
-// interim tuning records that clash with the generated ones used here.
-class ArbLogCapture
-{
-public:
-    ArbLogCapture() : m_pPrevious(gStatsLogger)
-    {
-        Lines().clear();
-        gStatsLogger = &ArbLogCapture::Sink;
-    }
-    ~ArbLogCapture() { gStatsLogger = m_pPrevious; }
-
-    ArbLogCapture(const ArbLogCapture&)            = delete;
-    ArbLogCapture& operator=(const ArbLogCapture&) = delete;
-
-    static void Clear() { Lines().clear(); }
-
-    // Lines equal to text, or containing it.
-    static size_t Count(const std::string& text) { return CountIf(text, true); }
-    static size_t CountContaining(const std::string& text) { return CountIf(text, false); }
-
-private:
-    static std::vector<std::string>& Lines()
-    {
-        static std::vector<std::string> s_lines;
-        return s_lines;
-    }
-
-    static size_t CountIf(const std::string& text, bool whole)
-    {
-        size_t count = 0;
-        for (const std::string& rLine : Lines())
-        {
-            count += (whole ? (rLine == text) : (std::string::npos != rLine.find(text))) ? 1U : 0U;
-        }
-        return count;
-    }
-
-    static VOID Sink(const CHAR* /*pFileName*/, UINT32 /*lineNum*/, const CHAR* /*pFunctionName*/,
-                     StatsLogGroup /*group*/, StatsLog /*level*/, const CHAR* pFormat, ...)
-    {
-        char    line[1024];
-        va_list args;
-        va_start(args, pFormat);
-        std::vsnprintf(line, sizeof(line), pFormat, args);
-        va_end(args);
-        Lines().emplace_back(line);
-    }
-
-    StatsLoggingFunction m_pPrevious;
-};
 
 #endif // TESTS_UNIT_ARB_EXPTABLETESTSUPPORT_H

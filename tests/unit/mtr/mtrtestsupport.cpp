@@ -1,8 +1,6 @@
 // Fixture of the metering tests.
 #include "unit/mtr/mtrtestsupport.h"
 
-#include <cstdarg>
-#include <cstdio>
 #include <cstring>
 
 #include "platform/statslogger.h"
@@ -12,41 +10,19 @@ using ::testing::Invoke;
 using ::testing::Return;
 using ::testing::ReturnRef;
 
-namespace
-{
-VOID CaptureLog(const CHAR*, UINT32, const CHAR*, StatsLogGroup, StatsLog, const CHAR* pFormat, ...)
-{
-    CHAR    line[512];
-    va_list args;
-    va_start(args, pFormat);
-    std::vsnprintf(line, sizeof(line), pFormat, args);
-    va_end(args);
-    MtrLogs().emplace_back(line);
-}
-} // namespace
-
 std::vector<std::string>& MtrLogs()
 {
-    static std::vector<std::string> logs;
-    return logs;
+    return CoreLogCapture::Lines();
 }
 
 BOOL MtrLogContains(const std::string& text)
 {
-    for (const std::string& line : MtrLogs())
-    {
-        if (line.find(text) != std::string::npos)
-        {
-            return TRUE;
-        }
-    }
-    return FALSE;
+    return (CoreLogCapture::CountContaining(text) > 0) ? TRUE : FALSE;
 }
 
 VOID MeteringTest::SetUp()
 {
-    MtrLogs().clear();
-    gStatsLogger = CaptureLog;
+    m_pLogs = std::make_unique<CoreLogCapture>();
 
     // No tuning store: the adapter serves the embedded default tuning, whose records the tests may change.
     StatsTuningData tuning = {};
@@ -108,7 +84,7 @@ VOID MeteringTest::SetUp()
 
 VOID MeteringTest::TearDown()
 {
-    gStatsLogger = nullptr;
+    m_pLogs.reset();
 }
 
 VOID MeteringTest::ApplyTuning()

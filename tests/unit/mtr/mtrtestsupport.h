@@ -13,6 +13,7 @@
 #include "aec/core/modules/mod_mtr/cstatsprocessor.h"
 #include "aec/core/modules/mod_mtr/meteringcalcrecords.h"
 #include "support/mockaeccontext.h"
+#include "support/corelogcapture.h"
 #include "support/syntheticstats.h"
 
 // Every core log line while a test runs.
@@ -58,6 +59,7 @@ protected:
     FLOAT                               m_compensationRatio = 1.0f;
     std::unique_ptr<CStatsProcessor>    m_pProc;
     std::unique_ptr<AECStatistics>      m_pStats;
+    std::unique_ptr<CoreLogCapture>     m_pLogs; // installed from SetUp to TearDown
 };
 
 #endif // TESTS_UNIT_MTR_MTRTESTSUPPORT_H

@@ -1,47 +1,23 @@
 // Fixture of the statistics parser tests.
 #include "unit/stats/statstestsupport.h"
 
-#include <cstdarg>
-#include <cstdio>
 #include <cstring>
 
 #include "platform/statslogger.h"
 
-namespace
-{
-VOID CaptureLog(const CHAR*, UINT32, const CHAR*, StatsLogGroup, StatsLog, const CHAR* pFormat, ...)
-{
-    CHAR    line[512];
-    va_list args;
-    va_start(args, pFormat);
-    std::vsnprintf(line, sizeof(line), pFormat, args);
-    va_end(args);
-    CapturedLogs().emplace_back(line);
-}
-} // namespace
-
 std::vector<std::string>& CapturedLogs()
 {
-    static std::vector<std::string> logs;
-    return logs;
+    return CoreLogCapture::Lines();
 }
 
 BOOL LogContains(const std::string& text)
 {
-    for (const std::string& line : CapturedLogs())
-    {
-        if (line.find(text) != std::string::npos)
-        {
-            return TRUE;
-        }
-    }
-    return FALSE;
+    return (CoreLogCapture::CountContaining(text) > 0) ? TRUE : FALSE;
 }
 
 VOID StatsTest::SetUp()
 {
-    CapturedLogs().clear();
-    gStatsLogger = CaptureLog;
+    m_pLogs = std::make_unique<CoreLogCapture>();
     FillDefaultAECCoreMeteringType(&m_core);
     m_core.mtrLumaCalc.lumaWeight.weight[0]                = 0.25f;
     m_core.mtrLumaCalc.lumaWeight.weight[1]                = 0.5f;
@@ -64,7 +40,7 @@ VOID StatsTest::SetUp()
 
 VOID StatsTest::TearDown()
 {
-    gStatsLogger = nullptr;
+    m_pLogs.reset();
 }
 
 AecResult StatsTest::Run(CSyntheticStats& image, FLOAT drcGain)

@@ -10,6 +10,7 @@
 
 #include "aec/core/modules/mod_mtr/cstatsprocessor.h"
 #include "aecdefaulttuning.h"
+#include "support/corelogcapture.h"
 #include "support/syntheticstats.h"
 
 // Reads the private result records of the processed statistics.
@@ -55,6 +56,7 @@ protected:
     AECAlgoWhiteBalanceState                 m_wb;
     std::unique_ptr<CStatsProcessor>         m_pProc;
     std::unique_ptr<AECStatistics>           m_pStats;
+    std::unique_ptr<CoreLogCapture>          m_pLogs; // installed from SetUp to TearDown
 };
 
 #endif // TESTS_UNIT_STATS_STATSTESTSUPPORT_H
