@@ -295,10 +295,11 @@ TEST_F(HostTest, CamerasRunSideBySideOnTheirOwnThreads)
 
 namespace
 {
-// A fixed scene: the grey level a frame shows is proportional to the exposure the sensor applied to it.
+// A fixed scene: the grey level a frame shows is proportional to the exposure the sensor applied to it. At the
+// built-in start exposure (index 300: about 17.8 ms at 4x gain) the scene shows grey 50.
 FLOAT SceneGrey(const AECAlgoExposureData& applied)
 {
-    constexpr FLOAT kRadiance = 2.0e-6F; // grey level per nanosecond at unit gain
+    constexpr FLOAT kRadiance = 50.0F / (17817260.0F * 4.0F); // grey level per nanosecond at unit gain
     return std::min(kRadiance * static_cast<FLOAT>(applied.exposureTime) * applied.linearGain, 255.0F);
 }
 } // namespace
@@ -319,13 +320,14 @@ TEST_F(HostTest, FixedSceneGivesConstantTargetExposure)
         chosen.push_back(frame.exposures[AECAlgoExposureSafe].exposureData);
     }
 
-    // Metering of a consistent scene lands on the same target index whatever exposure the frame had: once the
-    // pipeline has filled, every frame asks for the same sensitivity, and the scene then sits at the target.
+    // Metering of a consistent scene lands on the same target whatever exposure a frame had, so the camera asks
+    // for the same exposure frame after frame (within the quantisation of the grid values) and the scene stays
+    // at the target.
     const FLOAT settled = chosen.back().sensitivity;
     ASSERT_GT(settled, 0.0F);
-    for (size_t i = 10; i < chosen.size(); i++)
+    for (size_t i = 2; i < chosen.size(); i++)
     {
-        EXPECT_NEAR(settled, chosen[i].sensitivity, settled * 0.005F) << "frame " << i - 1;
+        EXPECT_NEAR(settled, chosen[i].sensitivity, settled * 0.03F) << "frame " << i - 1;
     }
-    EXPECT_NEAR(50.0F, frame.frameInfo.frameLuma, 10.0F);
+    EXPECT_NEAR(50.0F, frame.frameInfo.frameLuma, 5.0F);
 }

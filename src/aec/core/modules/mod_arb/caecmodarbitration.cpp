@@ -6,8 +6,8 @@
 #include "aec/core/include/iaeccontext.h"
 #include "platform/statslogger.h"
 
-CAECModArbitration::CAECModArbitration(IAECContext* pContext, IArbitrationCallback* /*pCallback*/)
-    : m_expTable(), m_sensitivityCorrection(0.0F)
+CAECModArbitration::CAECModArbitration(IAECContext* pContext, IArbitrationCallback* pCallback)
+    : m_pCallback(pCallback), m_expTable(), m_sensitivityCorrection(0.0F)
 {
     m_aecContext = pContext;
 }
@@ -26,6 +26,12 @@ BOOL CAECModArbitration::UpdateExpTable()
     if ((nullptr != pTable) && (m_expTable.SetExpTable(pTable) > 0.0F))
     {
         m_sensitivityCorrection = pTable->sensitivityCorrectionFactor;
+        // Convergence steps within the range of the table the indices are looked up in.
+        ExposureLimitationType limitation = m_expTable.GetRawLimitation();
+        if (nullptr != m_pCallback)
+        {
+            m_pCallback->SetStreamingLimitation(&limitation);
+        }
     }
     return (m_sensitivityCorrection > 0.0F) ? TRUE : FALSE;
 }

@@ -7,8 +7,9 @@
 #include "aec/core/modules/mod_arb/cexptable.h"
 
 // Minimal stand-in for the arbitration module until its stage lands: each exposure index is looked up in the
-// raw exposure table of the tuning (table 0), so exposures are real sensor settings; frame-rate and EV knees,
-// limits, anti-banding, manual modes, HDR and multi-camera sync are not applied yet.
+// raw exposure table of the tuning (table 0), so exposures are real sensor settings, and the table's range is
+// published as the streaming limitation that convergence clamps to; frame-rate and EV knees, limits from the
+// sensor and manual settings, anti-banding, manual modes, HDR and multi-camera sync are not applied yet.
 class CAECModArbitration final : public IAECArbitration
 {
 public:
@@ -32,6 +33,7 @@ private:
     // Looks up the three indices into the exposure and ideal exposure sets of pOutput.
     AecResult LookUpExposures(const FLOAT* pExpIndices, ArbitrationOutput* pOutput);
 
+    IArbitrationCallback* m_pCallback;
     CExpTable m_expTable;
     FLOAT     m_sensitivityCorrection; // of the adopted table, 0.0 while none is adopted
 };

@@ -298,6 +298,11 @@ ExposureLimitationType CExpTable::GetLimitation() const
     return m_limitation;
 }
 
+ExposureLimitationType CExpTable::GetRawLimitation() const
+{
+    return (TRUE == IsValidExpTable(m_pExpTable)) ? LimitationOfTable(*m_pExpTable) : ExposureLimitationType{};
+}
+
 ExposureLimitationType CExpTable::GetSHDRLimitation(UINT32 tableType) const
 {
     if (tableType >= ShdrExposureTableCount)

@@ -39,6 +39,8 @@ public:
                                    SHDRAECMODE                   shdrMode);
 
     ExposureLimitationType GetLimitation() const;
+    // The range of the raw tuned table, before the frame-rate and EV knees; empty without a valid table.
+    ExposureLimitationType GetRawLimitation() const;
     ExposureLimitationType GetSHDRLimitation(UINT32 tableType) const;
     FLOAT                  GetMaxExpIndexFromExpTime(UINT64 expTime) const;
     FLOAT                  GetMinExpIndexFromExpTime(UINT64 expTime) const;
