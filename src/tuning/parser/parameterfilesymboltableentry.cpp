@@ -475,12 +475,7 @@ bool ParameterFileSymbolTableEntry::ReadStructureFixedArray(ParameterLoadArrayFn
     {
         return true;
     }
-    if (binaryCount != count)
-    {
-        LogMessage(false, "0x%llx expected count (%u) != the binary count (%u), the binary XSD != the source XSD\n",
-                   static_cast<unsigned long long>(params.NameHash), count, binaryCount);
-    }
-    const UINT32            readCount = (binaryCount < count) ? binaryCount : count;
+    const UINT32            readCount = ReadableCount(binaryCount, count, params.NameHash);
     const bool              outOfLine = (pSource != this);
     ParameterLoadParameters nested    = NestedParams(params, pSource, pElement, outOfLine, Position - before);
     bool                    ok        = loadFn(nested, pDest, readCount);
@@ -652,12 +647,7 @@ bool ParameterFileSymbolTableEntry::ReadStringFixedArray(CHAR** pDest, UINT32 co
     {
         return true;
     }
-    if (binaryCount != count)
-    {
-        LogMessage(false, "0x%llx expected count (%u) != the binary count (%u), the binary XSD != the source XSD\n",
-                   static_cast<unsigned long long>(params.NameHash), count, binaryCount);
-    }
-    const UINT32 readCount = (binaryCount < count) ? binaryCount : count;
+    const UINT32 readCount = ReadableCount(binaryCount, count, params.NameHash);
     const UINT32 limit     = (pSource == this) ? params.LoadDataLimit : pSource->DataSize;
     const bool   ok        = pSource->ReadStrings(pDest, readCount, limit, location);
     MarkVerified(pElement, drift, adjusted, false, count >= 2, (binaryCount == count) ? count : 0,
@@ -719,4 +709,14 @@ bool ParameterFileSymbolTableEntry::ReadOptionalString(CHAR*& pDest, UINT32& cou
         allocated = 1;
     }
     return ok;
+}
+
+UINT32 ParameterFileSymbolTableEntry::ReadableCount(UINT32 binaryCount, UINT32 count, UINT64 nameHash)
+{
+    if (binaryCount != count)
+    {
+        LogMessage(false, "0x%llx expected count (%u) != the binary count (%u), the binary XSD != the source XSD\n",
+                   static_cast<unsigned long long>(nameHash), count, binaryCount);
+    }
+    return (binaryCount < count) ? binaryCount : count;
 }

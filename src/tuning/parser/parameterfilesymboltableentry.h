@@ -90,6 +90,8 @@ public:
                              INT32 location);
 
     void LogMessage(bool isError, const CHAR* pFormat, ...) __attribute__((format(printf, 3, 4)));
+    // Elements to read when the file and the code disagree on a count: the smaller one, with a log line.
+    UINT32 ReadableCount(UINT32 binaryCount, UINT32 count, UINT64 nameHash);
 
     const IParameterLoggingAPI* Log() const;
     BYTE                        Alignment() const;
@@ -149,12 +151,7 @@ bool ParameterFileSymbolTableEntry::ReadSimpleTypeFixedArray(T* pDest, UINT32 co
     {
         return true;
     }
-    if (binaryCount != count)
-    {
-        LogMessage(false, "0x%llx expected count (%u) != the binary count (%u), the binary XSD != the source XSD\n",
-                   static_cast<unsigned long long>(params.NameHash), count, binaryCount);
-    }
-    const UINT32 readCount = (binaryCount < count) ? binaryCount : count;
+    const UINT32 readCount = ReadableCount(binaryCount, count, params.NameHash);
     // Inline elements end at the structure's limit; out-of-line ones at their entry's size.
     const SIZE_T length = ((pSource != this) || (DataSize < params.LoadDataLimit)) ? pSource->DataSize
                                                                                   : params.LoadDataLimit;
