@@ -330,4 +330,6 @@ TEST_F(HostTest, FixedSceneGivesConstantTargetExposure)
         EXPECT_NEAR(settled, chosen[i].sensitivity, settled * 0.03F) << "frame " << i - 1;
     }
     EXPECT_NEAR(50.0F, frame.frameInfo.frameLuma, 5.0F);
+    // The scene meets luma 50 at about the start index, 300: that is its lux index.
+    EXPECT_NEAR(300.0F, frame.frameControl.luxIndex, 5.0F);
 }

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "chostharness.h"
 
@@ -15,9 +16,9 @@ namespace
 struct Options
 {
     std::string library;
-    UINT32      frames      = 30;
+    UINT32      frames      = 60;
     UINT32      cameraId    = 0;
-    FLOAT       sceneLevel  = 120.0F;  // grey level the scene reaches at 10 ms, gain 1, f/2
+    FLOAT       sceneLevel  = 4.0F;    // grey level the scene reaches at 10 ms, gain 1, f/2: a dim room
 };
 
 void PrintUsage(const char* pName)
@@ -25,11 +26,12 @@ void PrintUsage(const char* pName)
     std::printf("Usage: %s [--library PATH] [--frames N] [--camera ID] [--scene LEVEL]\n\n"
                 "Loads libaecore through dlopen, creates one instance, sets camera, sensor, tuning and\n"
                 "streaming mode, queries the start exposure and processes N frames of a uniform grey\n"
-                "scene whose brightness follows the exposure the library chose for the frame before.\n\n"
+                "scene whose brightness follows the exposure the library chose; the sensor applies an\n"
+                "exposure two frames after it was chosen, as the library is told.\n\n"
                 "  --library PATH  shared library to load (default: the one built with this program)\n"
-                "  --frames N      frames to process (default 30)\n"
+                "  --frames N      frames to process (default 60)\n"
                 "  --camera ID     camera id 0..7 (default 0)\n"
-                "  --scene LEVEL   8-bit grey level at 10 ms, gain 1.0, f/2.0 (default 120)\n"
+                "  --scene LEVEL   8-bit grey level at 10 ms, gain 1.0, f/2.0 (default 4: a dim room)\n"
                 "  --help          this text\n",
                 pName);
 }
@@ -130,14 +132,18 @@ int main(int argc, char** argv)
     std::printf("%6s %8s %12s %8s %6s %8s %8s %7s\n", "frame", "result", "exposure_ns", "gain", "fnum", "luma",
                 "lux_idx", "settled");
 
-    AECAlgoExposureData applied = frame.exposures[AECAlgoExposureSafe].exposureData;
-    UINT32              failed  = 0;
+    // chosen[k] is the exposure the library chose k frames ago; the frame in hand shows the one of the
+    // pipeline delay before (the start exposure until then).
+    std::vector<AECAlgoExposureData> chosen(sensor.pipelineDelay, frame.exposures[AECAlgoExposureSafe].exposureData);
+    UINT32                           failed = 0;
     for (UINT32 i = 1; i <= options.frames; i++)
     {
-        FLOAT level = SceneLevel(options, applied);
-        harness.ProcessFrame(pAlgo, sensor, i, level, &frame);
+        const AECAlgoExposureData shown = chosen.front();
+        harness.ProcessFrame(pAlgo, sensor, i, SceneLevel(options, shown), &frame);
         failed += (VelaResultSuccess != frame.result) ? 1 : 0;
-        applied = frame.exposures[AECAlgoExposureSafe].exposureData;
+        const AECAlgoExposureData& applied = frame.exposures[AECAlgoExposureSafe].exposureData;
+        chosen.erase(chosen.begin());
+        chosen.push_back(applied);
         std::printf("%6u %8d %12llu %8.3f %6.2f %8.2f %8.2f %7d\n", i, frame.result,
                     static_cast<unsigned long long>(applied.exposureTime), applied.linearGain, applied.fnumber,
                     frame.frameInfo.frameLuma, frame.frameControl.luxIndex, frame.frameInfo.aecSettled);

@@ -1,4 +1,4 @@
-// Arbitration module stand-in: exposure indices go through the tuned exposure table; limits, anti-banding and HDR wait for the arbitration stage.
+// Arbitration stand-in: indices through the tuned exposure table, whose sensitivity and range it publishes.
 #include "aec/core/modules/mod_arb/caecmodarbitration.h"
 
 #include <cstring>
@@ -23,13 +23,16 @@ BOOL CAECModArbitration::UpdateExpTable()
     aecArbitration::ExposureTableType* pTable =
         (nullptr != m_aecContext) ? m_aecContext->getExposureTableFromTableID(0) : nullptr;
     m_sensitivityCorrection = 0.0F;
-    if ((nullptr != pTable) && (m_expTable.SetExpTable(pTable) > 0.0F))
+    const FLOAT tableSensitivity = (nullptr != pTable) ? m_expTable.SetExpTable(pTable) : 0.0F;
+    if (tableSensitivity > 0.0F)
     {
         m_sensitivityCorrection = pTable->sensitivityCorrectionFactor;
-        // Convergence steps within the range of the table the indices are looked up in.
+        // Metering's lux index is compensated by the table's sensitivity; convergence steps within the range of
+        // the table the indices are looked up in.
         ExposureLimitationType limitation = m_expTable.GetRawLimitation();
         if (nullptr != m_pCallback)
         {
+            m_pCallback->setSensitivity(tableSensitivity);
             m_pCallback->SetStreamingLimitation(&limitation);
         }
     }

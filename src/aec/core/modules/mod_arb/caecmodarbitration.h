@@ -7,9 +7,10 @@
 #include "aec/core/modules/mod_arb/cexptable.h"
 
 // Minimal stand-in for the arbitration module until its stage lands: each exposure index is looked up in the
-// raw exposure table of the tuning (table 0), so exposures are real sensor settings, and the table's range is
-// published as the streaming limitation that convergence clamps to; frame-rate and EV knees, limits from the
-// sensor and manual settings, anti-banding, manual modes, HDR and multi-camera sync are not applied yet.
+// raw exposure table of the tuning (table 0), so exposures are real sensor settings; the table's sensitivity
+// (for the lux index) and its range (the streaming limitation that convergence clamps to) are published.
+// Frame-rate and EV knees, limits from the sensor and manual settings, anti-banding, manual modes, HDR and
+// multi-camera sync are not applied yet.
 class CAECModArbitration final : public IAECArbitration
 {
 public:
