@@ -35,6 +35,14 @@ namespace
 {
 constexpr FLOAT K = static_cast<FLOAT>(MeteringIndexPerDecade);
 
+// The three aggregated targets: short, long, safe.
+VOID ExpectTargets(const AECTargetCalcResult& targets, FLOAT shortTarget, FLOAT longTarget, FLOAT safeTarget)
+{
+    EXPECT_FLOAT_EQ(shortTarget, targets.shortTarget);
+    EXPECT_FLOAT_EQ(longTarget, targets.longTarget);
+    EXPECT_FLOAT_EQ(safeTarget, targets.safeTarget);
+}
+
 class MockMeteringCallback : public IMeteringCallback
 {
 public:
@@ -279,9 +287,7 @@ TEST_F(MeteringModuleTest, NoLuxTargetGives50AndAnErrorEvenWithAHistogramTarget)
     targets.histBasedShortTarget = 30.0f;
     targets.histBasedLongTarget  = 70.0f;
     CAECModMeteringTestAccess::AggregateTarget(*m_pModule, &targets);
-    EXPECT_FLOAT_EQ(50.0f, targets.shortTarget);
-    EXPECT_FLOAT_EQ(50.0f, targets.longTarget);
-    EXPECT_FLOAT_EQ(50.0f, targets.safeTarget);
+    ExpectTargets(targets, 50.0f, 50.0f, 50.0f);
     EXPECT_TRUE(MtrLogContains("Lux index based luma target is not calculated!"));
 }
 
@@ -301,17 +307,13 @@ TEST_F(MeteringModuleTest, TargetsComeFromShdrThenHistogramThenLux)
     targets.histBasedLongTarget  = 70.0f;
     targets.histBasedSafeTarget  = 60.0f;
     CAECModMeteringTestAccess::AggregateTarget(*m_pModule, &targets);
-    EXPECT_FLOAT_EQ(30.0f, targets.shortTarget);
-    EXPECT_FLOAT_EQ(70.0f, targets.longTarget);
-    EXPECT_FLOAT_EQ(60.0f, targets.safeTarget);
+    ExpectTargets(targets, 30.0f, 70.0f, 60.0f);
 
     targets.shdrBasedTarget[0] = 20.0f;
     targets.shdrBasedTarget[1] = 90.0f;
     targets.shdrBasedTarget[2] = 55.0f;
     CAECModMeteringTestAccess::AggregateTarget(*m_pModule, &targets);
-    EXPECT_FLOAT_EQ(20.0f, targets.shortTarget);
-    EXPECT_FLOAT_EQ(90.0f, targets.longTarget);
-    EXPECT_FLOAT_EQ(55.0f, targets.safeTarget);
+    ExpectTargets(targets, 20.0f, 90.0f, 55.0f);
 }
 
 TEST_F(MeteringModuleTest, ColourTargetBecomesSafeAndKeepsTheProportions)
@@ -325,9 +327,7 @@ TEST_F(MeteringModuleTest, ColourTargetBecomesSafeAndKeepsTheProportions)
     targets.histBasedSafeTarget  = 60.0f;
     targets.clrBasedSafeTarget   = 45.0f;
     CAECModMeteringTestAccess::AggregateTarget(*m_pModule, &targets);
-    EXPECT_FLOAT_EQ(45.0f, targets.safeTarget);
-    EXPECT_FLOAT_EQ(22.5f, targets.shortTarget);
-    EXPECT_FLOAT_EQ(67.5f, targets.longTarget);
+    ExpectTargets(targets, 22.5f, 67.5f, 45.0f);
     EXPECT_TRUE(MtrLogContains("Color adj: safe 60.000000 => 45.000000!"));
 }
 
