@@ -1,15 +1,25 @@
-// Measures the library through its C ABI: one frame of AECProcess, and create/configure/destroy.
+// Measures the library through its C ABI: one frame of AECProcess, the instance's heap footprint, and
+// create/configure/destroy.
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
 #include <string>
 
+#include "allocationcounter.h"
 #include "chostharness.h"
 
 namespace
 {
 
-const HostSensorConfig kSensor = DefaultSensor(0);
+// The frame the pipeline is sized for: a 64 x 48 Bayer grid and a 256-bin histogram.
+HostSensorConfig BenchSensor()
+{
+    HostSensorConfig sensor = DefaultSensor(0);
+    sensor.histogramBins    = 256;
+    return sensor;
+}
+
+const HostSensorConfig kSensor = BenchSensor();
 
 VOID SilentLogger(const CHAR*, UINT32, const CHAR*, StatsLogGroup, StatsLog, const CHAR*, ...)
 {
@@ -31,6 +41,7 @@ CHostHarness& Harness()
     return harness;
 }
 
+// Metering, convergence, arbitration and the output list of one preview frame.
 void BM_ProcessFrame(benchmark::State& state)
 {
     CHostHarness&    harness = Harness();
@@ -52,6 +63,35 @@ void BM_ProcessFrame(benchmark::State& state)
     harness.Destroy(pAlgo, 0, true);
 }
 BENCHMARK(BM_ProcessFrame);
+
+// Heap bytes an instance takes: by create alone, and once configured with its tuning and start exposure.
+void BM_InstanceFootprint(benchmark::State& state)
+{
+    CHostHarness& harness       = Harness();
+    size_t        createBytes   = 0;
+    size_t        createBlocks  = 0;
+    size_t        configuredBytes = 0;
+    for (auto _ : state)
+    {
+        LYRAECAlgorithm* pAlgo = nullptr;
+        HostFrameResult  start = {};
+        AllocationCounter::Begin();
+        harness.Create(2, &pAlgo, &SilentLogger);
+        AllocationCounter::End();
+        createBytes  = AllocationCounter::LastWindowBytes();
+        createBlocks = AllocationCounter::LastWindowCount();
+        AllocationCounter::Begin();
+        harness.Configure(pAlgo, kSensor, AECAlgoOperationModeStreaming);
+        harness.QueryStartExposure(pAlgo, &start);
+        AllocationCounter::End();
+        configuredBytes = createBytes + AllocationCounter::LastWindowBytes();
+        harness.Destroy(pAlgo, 2, true);
+    }
+    state.counters["create_bytes"]     = static_cast<double>(createBytes);
+    state.counters["create_blocks"]    = static_cast<double>(createBlocks);
+    state.counters["configured_bytes"] = static_cast<double>(configuredBytes);
+}
+BENCHMARK(BM_InstanceFootprint)->Iterations(20);
 
 void BM_CreateConfigureDestroy(benchmark::State& state)
 {

@@ -148,15 +148,19 @@ TEST_F(HostTest, StartQueryAnswersWithAnExposureFromTheTable)
     HostFrameResult start = {};
     ASSERT_EQ(VelaResultSuccess, m_harness.QueryStartExposure(pAlgo, &start));
 
-    // The built-in tuning starts at index 300: 4x gain with the time grown from the 13.8 ms knee.
+    // The built-in tuning starts at index 300: 4x gain with the time grown from the 13.8 ms knee to 17.8 ms. The
+    // default 60 Hz antibanding puts the time on the flicker grid (two 8.33 ms periods) and keeps the exposure
+    // with gain.
+    const FLOAT tableExposure = 17817260.0F * 4.0F;
     for (UINT32 i = 0; i < 3; i++)
     {
         const AECAlgoExposureData& exposure = start.exposures[i].exposureData;
-        EXPECT_GT(exposure.exposureTime, 13825301u) << "entry " << i;
-        EXPECT_LT(exposure.exposureTime, 27640562u) << "entry " << i;
-        EXPECT_FLOAT_EQ(4.0F, exposure.linearGain) << "entry " << i;
+        EXPECT_EQ(16666666u, exposure.exposureTime) << "entry " << i;
+        EXPECT_NEAR(tableExposure, static_cast<FLOAT>(exposure.exposureTime) * exposure.linearGain,
+                    tableExposure * 1e-3F) << "entry " << i;
         EXPECT_FLOAT_EQ(1.0F, exposure.fnumber) << "entry " << i;
-        EXPECT_FLOAT_EQ(static_cast<FLOAT>(exposure.exposureTime) * 4.0F, exposure.sensitivity) << "entry " << i;
+        EXPECT_FLOAT_EQ(static_cast<FLOAT>(exposure.exposureTime) * exposure.linearGain, exposure.sensitivity)
+            << "entry " << i;
     }
 }
 

@@ -22,12 +22,14 @@ namespace
 const size_t        kMaxRecords = 256;
 std::atomic<bool>   s_counting{false};
 std::atomic<size_t> s_count{0};
+std::atomic<size_t> s_bytes{0};
 size_t              s_sizes[kMaxRecords];
 
 void Record(size_t size)
 {
     if (s_counting.load(std::memory_order_relaxed))
     {
+        s_bytes.fetch_add(size, std::memory_order_relaxed);
         size_t index = s_count.fetch_add(1, std::memory_order_relaxed);
         if (index < kMaxRecords)
         {
@@ -96,6 +98,7 @@ namespace AllocationCounter
 void Begin()
 {
     s_count.store(0);
+    s_bytes.store(0);
     s_counting.store(true);
 }
 
@@ -104,6 +107,16 @@ std::vector<size_t> End()
     s_counting.store(false);
     size_t count = s_count.load();
     return std::vector<size_t>(s_sizes, s_sizes + ((count < kMaxRecords) ? count : kMaxRecords));
+}
+
+size_t LastWindowBytes()
+{
+    return s_bytes.load();
+}
+
+size_t LastWindowCount()
+{
+    return s_count.load();
 }
 
 } // namespace AllocationCounter

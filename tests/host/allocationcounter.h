@@ -12,6 +12,9 @@ namespace AllocationCounter
 void Begin();
 // Closes the window and returns the sizes of the allocations made inside it.
 std::vector<size_t> End();
+// Bytes and number of all allocations of the last window, also those beyond what End() can list.
+size_t LastWindowBytes();
+size_t LastWindowCount();
 
 } // namespace AllocationCounter
 

@@ -60,7 +60,7 @@ KDKResult HostQueryVendorTagLocation(const CHAR* pSectionName, const CHAR* pTagN
 
 HostSensorConfig DefaultSensor(UINT32 cameraId, StatsAlgoRole role)
 {
-    return HostSensorConfig{cameraId, role, 4000, 3000, 1.0F, 64.0F, 2.0F, 64, 48, 10, 2};
+    return HostSensorConfig{cameraId, role, 4000, 3000, 1.0F, 64.0F, 2.0F, 64, 48, 10, 2, 1024};
 }
 
 CHostHarness::CHostHarness()
@@ -242,7 +242,7 @@ void CHostHarness::BuildStatistics(const HostSensorConfig& sensor, FLOAT greyLev
 
     m_bayerGrid = StatsBayerGrid{};
     m_bayerHist = StatsBayerHist{};
-    const UINT32 bins = 1024;
+    const UINT32 bins = sensor.histogramBins;
     const UINT32 bin  = std::min(bins - 1, static_cast<UINT32>(std::lround(greyLevel / 255.0F * (bins - 1))));
     for (UINT32 c = 0; c < 4; c++)
     {

@@ -25,10 +25,11 @@ struct HostSensorConfig
     UINT32 gridRows;
     UINT16 bitDepth;       // of the grid sums
     UINT8  pipelineDelay;  // frames between choosing an exposure and the statistics that show it
+    UINT32 histogramBins;  // of the Bayer histogram: 256 or 1024
 };
 
-// A 12 MP, 10-bit-grid sensor with gains 1 to 64 behind an f/2.0 lens and a pipeline delay of two frames, as the
-// tests and the demo use it.
+// A 12 MP, 10-bit-grid sensor (64 x 48 regions, 1024-bin histogram) with gains 1 to 64 behind an f/2.0 lens and a
+// pipeline delay of two frames, as the tests and the demo use it.
 HostSensorConfig DefaultSensor(UINT32 cameraId, StatsAlgoRole role = StatsAlgoRoleDefault);
 
 // What one processed frame handed back through the output list.

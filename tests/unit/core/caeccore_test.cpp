@@ -85,13 +85,13 @@ TEST(CAECCoreDefaultTest, RunsTheHostPathOnItsOwnModules)
     EXPECT_EQ(0u, output.frameSetting.LEDCurrents[0]);
     EXPECT_FLOAT_EQ(1.0F, output.frameSetting.LEDInfluenceRatio);
     // The default start index 300 lies between the knees at 291.4 (13.8 ms, gain 4) and 328.6 (27.6 ms, gain 6),
-    // where exposure time grows first.
+    // where exposure time grows first: 17.8 ms at gain 4. The default 60 Hz antibanding moves it to the nearer
+    // multiple of the 8.33 ms flicker period, 16.7 ms, and pays for it in gain.
     const AECAlgoExposureData& safe = output.frameSetting.exposureSets[AECAlgoExposureSafe];
+    const double tableTime = 13825301.0 * std::pow(1.03, 300.0 - 291.418213);
     EXPECT_FLOAT_EQ(1.0F, safe.fnumber);
-    EXPECT_FLOAT_EQ(4.0F, safe.linearGain);
-    EXPECT_GT(safe.exposureTime, 13825301u);
-    EXPECT_LT(safe.exposureTime, 27640562u);
-    EXPECT_NEAR(static_cast<double>(safe.exposureTime), 13825301.0 * std::pow(1.03, 300.0 - 291.418213), 20000.0);
+    EXPECT_EQ(16666666u, safe.exposureTime);
+    EXPECT_NEAR(tableTime * 4.0, static_cast<double>(safe.exposureTime) * safe.linearGain, tableTime * 4.0 * 2e-3);
 
     CAECCoreDataManager& rStore = CAECCoreTestPeer::DataManager(*pCore);
     EXPECT_EQ(10u, CAECCoreTestPeer::HistorySize(rStore));

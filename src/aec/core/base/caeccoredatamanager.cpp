@@ -37,8 +37,6 @@ constexpr UINT32 MaxStatsBitDepth = 31;
 // Entries of the EV compensation table of the luma target: one per EV step from the lowest EV.
 constexpr INT32 EVCompTableSize = 49;
 
-// Table ID of the application's custom exposure table.
-constexpr aecglobalelements::ExposureTableIDType CustomExposureTableID = 100;
 // Knee counts a custom exposure table may have; the upper bound is exclusive although it is what is reported.
 constexpr UINT32 MinCustomTableKnees = 2;
 constexpr UINT32 MaxCustomTableKnees = AECORE_CUSTOM_EXPOSURE_TABLE_KNEES;

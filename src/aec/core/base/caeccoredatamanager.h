@@ -7,18 +7,12 @@
 #include "aec/core/base/ctuningdataadapter.h"
 #include "aec/core/include/aeccorecommon.h"
 #include "aec/core/include/aeccoredata.h"
+#include "aec/core/include/aeccustomexposuretable.h"
 #include "aec/core/include/aecdebugdata.h"
 #include "aec/core/include/iaecarbitration.h"
 #include "aec/core/include/iaeccallbacks.h"
 #include "aec/core/include/iaeccomponent.h"
 #include "aec/core/include/iaeccontext.h"
-
-// The application's exposure table in the tuned table's form; honoured only while isValid is 1.
-struct AECCustomExposureTableInfo
-{
-    aecArbitration::ExposureTableType expTable;
-    BOOL                              isValid;
-};
 
 // Modules read the store through IAECContext, write back through their callback interface and learn of
 // changes through the IAECComponent events; the core drives it through the non-virtual operations.
