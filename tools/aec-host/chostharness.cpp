@@ -281,7 +281,19 @@ void CHostHarness::PrepareFrame(const HostSensorConfig& sensor, UINT64 frameId, 
                                 HostFrameResult* pResult)
 {
     BuildStatistics(sensor, greyLevel);
+    LinkFrameLists(frameId, pResult);
+}
 
+void CHostHarness::PrepareFrame(UINT64 frameId, const StatsBayerGrid& grid, const StatsBayerHist& hist,
+                                HostFrameResult* pResult)
+{
+    m_bayerGrid = grid;
+    m_bayerHist = hist;
+    LinkFrameLists(frameId, pResult);
+}
+
+void CHostHarness::LinkFrameLists(UINT64 frameId, HostFrameResult* pResult)
+{
     m_statsInfo           = AECAlgoInputStatsInfo{};
     m_statsInfo.requestId = frameId;
     m_inputs[0]           = {&m_statsInfo, sizeof(m_statsInfo), AECAlgoInputStatisticInfo};

@@ -80,6 +80,10 @@ public:
     // The two halves of ProcessFrame, so that a caller can watch the library's own work alone.
     void      PrepareFrame(const HostSensorConfig& sensor, UINT64 frameId, FLOAT greyLevel, HostFrameResult* pResult);
     KDKResult RunPreparedFrame(LYRAECAlgorithm* pAlgo, HostFrameResult* pResult);
+    // Prepares a frame from statistics the caller built (a simulator's); the records and the buffers they point to
+    // must stay valid until RunPreparedFrame returns.
+    void      PrepareFrame(UINT64 frameId, const StatsBayerGrid& grid, const StatsBayerHist& hist,
+                           HostFrameResult* pResult);
 
     // Destroys through the close mask; closeBit false leaves the instance running.
     void Destroy(LYRAECAlgorithm* pAlgo, UINT32 cameraId, bool closeBit);
@@ -95,6 +99,8 @@ private:
     KDKResult QueryFrameControl(LYRAECAlgorithm* pAlgo, AECAlgoGetParamType type, AECAlgoGetParamInput* pInput,
                                 HostFrameResult* pResult);
     void BuildStatistics(const HostSensorConfig& sensor, FLOAT greyLevel);
+    // Points the input and output lists at the statistics records and at pResult.
+    void LinkFrameLists(UINT64 frameId, HostFrameResult* pResult);
 
     void*                    m_pLibrary;
     LyrAECAlgorithmCallbacks m_callbacks;

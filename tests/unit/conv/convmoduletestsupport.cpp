@@ -26,6 +26,8 @@ VOID ConvModuleTest::SetUp()
     // No tuning store: the adapter serves the embedded default tuning, which the tests may change.
     StatsTuningData tuning = {};
     m_adapter.SetSorenta(&tuning, &m_pTuning);
+    // The module tests tune the video converger for streaming; UseFastConverger switches to the proportional one.
+    Conv().algoSelect = aecConvergence::AECConvSlowConv;
 
     SetHistory(100.0F, 100.0F, 100.0F);
     m_prevMode = AECModeHistory();

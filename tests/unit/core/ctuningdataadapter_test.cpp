@@ -222,7 +222,7 @@ TEST_F(TuningDataAdapterTest, FakeTuningHoldsTheBuiltInExposureTablesConvergence
         }
     }
 
-    EXPECT_EQ(0, static_cast<INT32>(rMods.modConv->algoSelect));
+    EXPECT_EQ(aecConvergence::AECConvFastConv, rMods.modConv->algoSelect);
     EXPECT_FLOAT_EQ(1.0F, rMods.modConv->unitStepSize);
 
     // The LED table holds exactly the exported built-in LED settings.
