@@ -3,10 +3,14 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
+#include <memory>
 #include <string>
 
 #include "allocationcounter.h"
 #include "chostharness.h"
+#if defined(AECORE_BENCH_WITH_SIM)
+#include "simmodel.h"
+#endif
 
 namespace
 {
@@ -41,7 +45,8 @@ CHostHarness& Harness()
     return harness;
 }
 
-// Metering, convergence, arbitration and the output list of one preview frame.
+// Metering, convergence, arbitration and the output list of one preview frame, on the harness's grid without
+// saturation records (the grid parser's one-region path).
 void BM_ProcessFrame(benchmark::State& state)
 {
     CHostHarness&    harness = Harness();
@@ -63,6 +68,45 @@ void BM_ProcessFrame(benchmark::State& state)
     harness.Destroy(pAlgo, 0, true);
 }
 BENCHMARK(BM_ProcessFrame);
+
+#if defined(AECORE_BENCH_WITH_SIM)
+// The same frame as an ISP delivers it: the simulator's grid with saturation records (which the batched grid
+// kernels take) and a 256-bin histogram of a grey card, exposed near the target.
+void BM_ProcessFrameIspStatistics(benchmark::State& state)
+{
+    CHostHarness&    harness = Harness();
+    LYRAECAlgorithm* pAlgo   = nullptr;
+    HostFrameResult  frame   = {};
+    harness.Create(0, &pAlgo, &SilentLogger);
+    harness.Configure(pAlgo, kSensor, AECAlgoOperationModeStreaming);
+    harness.QueryStartExposure(pAlgo, &frame);
+
+    SimSensorDesc desc = {};
+    desc.histogramBins = 256;
+    std::string                error;
+    SimSceneSpec               spec   = {};
+    std::unique_ptr<ISimScene> pScene = CreateScene(spec, desc.simWidth, desc.simHeight, &error);
+    SimImage                   image;
+    pScene->Render(0.0F, 1.0F, &image);
+    CSimSensor  sensor(desc, 1U);
+    SimRawFrame raw;
+    sensor.Capture(image, pScene->Flicker(), SimExposure{16666666U, 2.0F, 0.0F}, 0U, &raw);
+    CStatsGenerator stats(desc);
+    stats.Generate(raw);
+
+    UINT64 frameId = 0;
+    for (auto _ : state)
+    {
+        state.PauseTiming();
+        harness.PrepareFrame(++frameId, stats.Grid(), stats.Hist(), &frame);
+        state.ResumeTiming();
+        benchmark::DoNotOptimize(harness.RunPreparedFrame(pAlgo, &frame));
+    }
+    state.SetItemsProcessed(static_cast<int64_t>(state.iterations()));
+    harness.Destroy(pAlgo, 0, true);
+}
+BENCHMARK(BM_ProcessFrameIspStatistics);
+#endif
 
 // Heap bytes an instance takes: by create alone, and once configured with its tuning and start exposure.
 void BM_InstanceFootprint(benchmark::State& state)
