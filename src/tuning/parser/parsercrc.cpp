@@ -8,47 +8,65 @@
 namespace
 {
 
-struct Crc32Table
+// A reflected (right-shifting) CRC table and its seven derived slices: eight bytes per step instead of one, which
+// makes checking a large parameter file several times faster. Slice k maps a byte to its effect k bytes later.
+template <typename CrcT, CrcT Polynomial>
+struct SlicedCrcTable
 {
-    UINT32 Value[256];
-    Crc32Table()
+    CrcT Value[8][256];
+
+    SlicedCrcTable()
     {
         for (UINT32 i = 0; i < 256; i++)
         {
-            UINT32 c = i;
+            CrcT c = i;
             for (UINT32 k = 0; k < 8; k++)
             {
-                c = (0 != (c & 1)) ? (0xEDB88320u ^ (c >> 1)) : (c >> 1);
+                c = (0 != (c & 1)) ? (Polynomial ^ (c >> 1)) : (c >> 1);
             }
-            Value[i] = c;
+            Value[0][i] = c;
         }
-    }
-};
-
-struct Crc64Table
-{
-    UINT64 Value[256];
-    Crc64Table()
-    {
-        for (UINT64 i = 0; i < 256; i++)
+        for (UINT32 slice = 1; slice < 8; slice++)
         {
-            UINT64 c = i;
-            for (UINT32 k = 0; k < 8; k++)
+            for (UINT32 i = 0; i < 256; i++)
             {
-                c = (0 != (c & 1)) ? (0x42F0E1EBA9EA3693ull ^ (c >> 1)) : (c >> 1);
+                const CrcT previous = Value[slice - 1][i];
+                Value[slice][i]     = Value[0][previous & 0xFF] ^ (previous >> 8);
             }
-            Value[i] = c;
         }
+    }
+
+    CrcT Step(CrcT crc, BYTE byte) const { return Value[0][(byte ^ crc) & 0xFF] ^ (crc >> 8); }
+
+    // crc is the running (inverted) register.
+    CrcT Update(CrcT crc, const BYTE* pBytes, SIZE_T length) const
+    {
+        for (; length >= 8; length -= 8, pBytes += 8)
+        {
+            // Bytes are combined in file order, so the result does not depend on the host's byte order.
+            UINT64 word = 0;
+            for (UINT32 b = 0; b < 8; b++)
+            {
+                word |= static_cast<UINT64>(pBytes[b]) << (8 * b);
+            }
+            word ^= static_cast<UINT64>(crc);
+            CrcT next = 0;
+            for (UINT32 b = 0; b < 8; b++)
+            {
+                next ^= Value[7 - b][(word >> (8 * b)) & 0xFF];
+            }
+            crc = next;
+        }
+        for (; length > 0; length--, pBytes++)
+        {
+            crc = Step(crc, *pBytes);
+        }
+        return crc;
     }
 };
 
-const Crc32Table s_crc32;
-const Crc64Table s_crc64;
-
-inline UINT64 Crc64Step(UINT64 crc, BYTE byte)
-{
-    return s_crc64.Value[(byte ^ crc) & 0xFF] ^ (crc >> 8);
-}
+const SlicedCrcTable<UINT32, 0xEDB88320u>           s_crc32;
+const SlicedCrcTable<UINT64, 0x42F0E1EBA9EA3693ull> s_crc64;
 
 UINT32 ReadLE32(const BYTE* p)
 {
@@ -64,12 +82,7 @@ UINT32 ParserCRC32::GetCRC(const BYTE* pData, SIZE_T length, UINT32 seed)
     {
         return seed;
     }
-    UINT32 crc = ~seed;
-    for (SIZE_T i = 0; i < length; i++)
-    {
-        crc = s_crc32.Value[(pData[i] ^ crc) & 0xFF] ^ (crc >> 8);
-    }
-    return ~crc;
+    return ~s_crc32.Update(~seed, pData, length);
 }
 
 bool ParserCRC32::Validate(const BYTE* pData, SIZE_T length, const IParameterLoggingAPI* pLog)
@@ -96,18 +109,13 @@ UINT64 ParserCRC64::GetCRC(const void* pData, SIZE_T length, bool includeLength,
     {
         return seed;
     }
-    const BYTE* pBytes = static_cast<const BYTE*>(pData);
-    UINT64      crc    = ~seed;
-    for (SIZE_T i = 0; i < length; i++)
-    {
-        crc = Crc64Step(crc, pBytes[i]);
-    }
+    UINT64 crc = s_crc64.Update(~seed, static_cast<const BYTE*>(pData), length);
     if (includeLength)
     {
         const UINT32 length32 = static_cast<UINT32>(length);
         for (UINT32 b = 0; b < 4; b++)
         {
-            crc = Crc64Step(crc, static_cast<BYTE>(length32 >> (8 * b)));
+            crc = s_crc64.Step(crc, static_cast<BYTE>(length32 >> (8 * b)));
         }
     }
     return ~crc;
@@ -140,5 +148,5 @@ UINT64 ParserCRC64::GetNameHash(const CHAR* pName)
 
 UINT64 ParserCRC64::GetTableValue(UINT32 index)
 {
-    return s_crc64.Value[index & 0xFF];
+    return s_crc64.Value[0][index & 0xFF];
 }

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <random>
+#include <vector>
 
 #include "tuning/parser/parsercrc.h"
 #include "unit/tuningparser/clogcapture.h"
@@ -22,6 +24,51 @@ TEST(ParserCRC32, SeedContinuesACrc)
 {
     const BYTE data[] = {1, 2, 3, 4, 5, 6};
     EXPECT_EQ(ParserCRC32::GetCRC(data, 6), ParserCRC32::GetCRC(data + 3, 3, ParserCRC32::GetCRC(data, 3)));
+}
+
+namespace
+{
+
+// The checksums one bit at a time, as the polynomials define them.
+template <typename CrcT>
+CrcT BitwiseCrc(CrcT polynomial, const BYTE* pData, SIZE_T length, CrcT seed)
+{
+    CrcT crc = ~seed;
+    for (SIZE_T i = 0; i < length; i++)
+    {
+        crc ^= pData[i];
+        for (UINT32 k = 0; k < 8; k++)
+        {
+            crc = (0 != (crc & 1)) ? (polynomial ^ (crc >> 1)) : (crc >> 1);
+        }
+    }
+    return ~crc;
+}
+
+} // namespace
+
+TEST(ParserCRC, EightBytesAtATimeEqualsTheBitwiseDefinitionAtEveryLengthAndOffset)
+{
+    std::mt19937      random(7);
+    std::vector<BYTE> data(300);
+    for (BYTE& rByte : data)
+    {
+        rByte = static_cast<BYTE>(random());
+    }
+    for (SIZE_T offset = 0; offset < 8; offset++)
+    {
+        for (SIZE_T length = 0; length + offset <= 100; length++)
+        {
+            const BYTE*  pData  = data.data() + offset;
+            const UINT64 seed64 = (0 == (length & 1)) ? 0 : 0x0123456789ABCDEFull;
+            const UINT32 seed32 = static_cast<UINT32>(seed64);
+            EXPECT_EQ(BitwiseCrc<UINT64>(0x42F0E1EBA9EA3693ull, pData, length, seed64),
+                      ParserCRC64::GetCRC(pData, length, false, seed64))
+                << "offset " << offset << " length " << length;
+            EXPECT_EQ(BitwiseCrc<UINT32>(0xEDB88320u, pData, length, seed32), ParserCRC32::GetCRC(pData, length, seed32))
+                << "offset " << offset << " length " << length;
+        }
+    }
 }
 
 TEST(ParserCRC64, TableIsBuiltFromTheUnreversedPolynomial)
