@@ -70,7 +70,7 @@ public:
     virtual std::string Name() const = 0;
 };
 
-// Builds a scene at the simulation resolution; null with a message when the spec is wrong or the file unreadable.
+// Builds a scene at the simulation resolution; null with a message when the scene description is wrong or the file unreadable.
 std::unique_ptr<ISimScene> CreateScene(const SimSceneSpec& spec, uint32_t width, uint32_t height, std::string* pError);
 
 // Reads an OpenEXR (.exr) or Radiance RGBE (.hdr) file into linear RGB; false with a message otherwise.
