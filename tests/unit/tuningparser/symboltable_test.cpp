@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <utility>
+#include <vector>
 
 #include "platform/velaallocator.h"
 #include "tuning/parser/parsercrc.h"
@@ -53,6 +55,40 @@ std::string Hex(UINT64 value)
     CHAR text[32];
     std::snprintf(text, sizeof(text), "0x%llx", static_cast<unsigned long long>(value));
     return text;
+}
+
+// The test module's fixed array as the file holds it: its count, then 10, 11, ...
+void WriteFixedArray(CRecordWriter& w, UINT32 count)
+{
+    w.U32(count);
+    for (UINT32 i = 0; i < count; i++)
+    {
+        w.U32(10 + i);
+    }
+}
+
+// An empty variable array and no label.
+void WriteNoListNoLabel(CRecordWriter& w)
+{
+    w.U32(0).U32(0).U32(0).U32(0);
+}
+
+// The test module's members as the code declares them; tests change one to make the file drift.
+std::vector<Child> TestModuleMembers()
+{
+    return {{13, 0, "first", 0, 1, 1}, {16, 0, "gain", 1, 1, 1},  {13, 0, "fixed", 0, 8, 8},
+            {12, 0, "list", 0, 0, 16}, {24, 0, "label", 0, 1, 1}, {5, 2, "nested", 0, 1, 1},
+            {13, 0, "last", 0, 1, 1}};
+}
+
+// The file's descriptions of the nested record and of the module with these members.
+void SetTestDefinitions(CParameterFileBuilder& builder, const std::vector<Child>& moduleMembers)
+{
+    CDefinitionWriter defs;
+    defs.Structure(2, "TestRecordType", {{13, 0, "a", 0, 1, 1}, {16, 0, "b", 1, 1, 1}});
+    defs.Structure(1, "TestModuleType", moduleMembers);
+    defs.Module(1, "TestModule");
+    builder.SetDefinitions(defs.Bytes());
 }
 } // namespace
 
@@ -112,26 +148,15 @@ TEST(SymbolTableDrift, AMemberTheFileLacksStaysZeroAndLaterMembersStayInPlace)
     AddRoot(builder);
     // The file's structure has no "gain".
     CRecordWriter w = builder.Writer();
-    w.Begin().U32(5).U32(8);
-    for (UINT32 i = 0; i < 8; i++)
-    {
-        w.U32(10 + i);
-    }
-    w.U32(0).U32(0).U32(0).U32(0);
+    w.Begin().U32(5);
+    WriteFixedArray(w, 8);
+    WriteNoListNoLabel(w);
     w.Begin().U32(21).F32(0.5f).End();
     w.U32(77).End();
     builder.AddModule("TestModule", TestModuleTypeClass::SourceVersion, 0, w.Bytes());
-    CDefinitionWriter defs;
-    defs.Structure(2, "TestRecordType", {{13, 0, "a", 0, 1, 1}, {16, 0, "b", 1, 1, 1}});
-    defs.Structure(1, "TestModuleType",
-                   {{13, 0, "first", 0, 1, 1},
-                    {13, 0, "fixed", 0, 8, 8},
-                    {12, 0, "list", 0, 0, 16},
-                    {24, 0, "label", 0, 1, 1},
-                    {5, 2, "nested", 0, 1, 1},
-                    {13, 0, "last", 0, 1, 1}});
-    defs.Module(1, "TestModule");
-    builder.SetDefinitions(defs.Bytes());
+    std::vector<Child> members = TestModuleMembers();
+    members.erase(members.begin() + 1); // no "gain"
+    SetTestDefinitions(builder, members);
     auto manager = MakeManager();
     ASSERT_TRUE(Load(*manager, builder.Build()));
     TestModuleTypeClass* pModule = Get(*manager);
@@ -154,12 +179,9 @@ TEST(SymbolTableDrift, AMemberTheCodeLacksIsPassedOver)
     AddRoot(builder);
     // No definitions: the nested structure carries an extra member that only its limit tells about.
     CRecordWriter w = builder.Writer();
-    w.Begin().U32(5).F32(2.5f).U32(8);
-    for (UINT32 i = 0; i < 8; i++)
-    {
-        w.U32(10 + i);
-    }
-    w.U32(0).U32(0).U32(0).U32(0);
+    w.Begin().U32(5).F32(2.5f);
+    WriteFixedArray(w, 8);
+    WriteNoListNoLabel(w);
     w.Begin().U32(21).F32(0.5f).U32(0xDEAD).End();
     w.U32(77).End();
     builder.AddModule("TestModule", TestModuleTypeClass::SourceVersion, 0, w.Bytes());
@@ -181,27 +203,15 @@ TEST(SymbolTableDrift, ReorderedMembersAreFoundByTheirDescription)
     AddRoot(builder);
     // The file has "last" first and "first" last.
     CRecordWriter w = builder.Writer();
-    w.Begin().U32(77).F32(2.5f).U32(8);
-    for (UINT32 i = 0; i < 8; i++)
-    {
-        w.U32(10 + i);
-    }
-    w.U32(0).U32(0).U32(0).U32(0);
+    w.Begin().U32(77).F32(2.5f);
+    WriteFixedArray(w, 8);
+    WriteNoListNoLabel(w);
     w.Begin().U32(21).F32(0.5f).End();
     w.U32(5).End();
     builder.AddModule("TestModule", TestModuleTypeClass::SourceVersion, 0, w.Bytes());
-    CDefinitionWriter defs;
-    defs.Structure(2, "TestRecordType", {{13, 0, "a", 0, 1, 1}, {16, 0, "b", 1, 1, 1}});
-    defs.Structure(1, "TestModuleType",
-                   {{13, 0, "last", 0, 1, 1},
-                    {16, 0, "gain", 1, 1, 1},
-                    {13, 0, "fixed", 0, 8, 8},
-                    {12, 0, "list", 0, 0, 16},
-                    {24, 0, "label", 0, 1, 1},
-                    {5, 2, "nested", 0, 1, 1},
-                    {13, 0, "first", 0, 1, 1}});
-    defs.Module(1, "TestModule");
-    builder.SetDefinitions(defs.Bytes());
+    std::vector<Child> members = TestModuleMembers();
+    std::swap(members.front(), members.back()); // "last" first, "first" last
+    SetTestDefinitions(builder, members);
     auto manager = MakeManager();
     ASSERT_TRUE(Load(*manager, builder.Build()));
     TestModuleTypeClass* pModule = Get(*manager);
@@ -219,27 +229,15 @@ TEST(SymbolTableDrift, AFixedArrayOfTenReadIntoEightTakesEight)
     CParameterFileBuilder builder(7, 0, 0);
     AddRoot(builder);
     CRecordWriter w = builder.Writer();
-    w.Begin().U32(5).F32(2.5f).U32(10);
-    for (UINT32 i = 0; i < 10; i++)
-    {
-        w.U32(10 + i);
-    }
-    w.U32(0).U32(0).U32(0).U32(0);
+    w.Begin().U32(5).F32(2.5f);
+    WriteFixedArray(w, 10);
+    WriteNoListNoLabel(w);
     w.Begin().U32(21).F32(0.5f).End();
     w.U32(77).End();
     builder.AddModule("TestModule", TestModuleTypeClass::SourceVersion, 0, w.Bytes());
-    CDefinitionWriter defs;
-    defs.Structure(2, "TestRecordType", {{13, 0, "a", 0, 1, 1}, {16, 0, "b", 1, 1, 1}});
-    defs.Structure(1, "TestModuleType",
-                   {{13, 0, "first", 0, 1, 1},
-                    {16, 0, "gain", 1, 1, 1},
-                    {13, 0, "fixed", 0, 10, 10},
-                    {12, 0, "list", 0, 0, 16},
-                    {24, 0, "label", 0, 1, 1},
-                    {5, 2, "nested", 0, 1, 1},
-                    {13, 0, "last", 0, 1, 1}});
-    defs.Module(1, "TestModule");
-    builder.SetDefinitions(defs.Bytes());
+    std::vector<Child> members = TestModuleMembers();
+    members[2]                 = {13, 0, "fixed", 0, 10, 10};
+    SetTestDefinitions(builder, members);
     auto manager = MakeManager();
     ASSERT_TRUE(Load(*manager, builder.Build()));
     TestModuleTypeClass* pModule = Get(*manager);
@@ -257,12 +255,9 @@ TEST(SymbolTableDrift, WithoutDefinitionsAVersion7CountStillGovernsTheFixedArray
     CParameterFileBuilder builder(7, 0, 0);
     AddRoot(builder);
     CRecordWriter w = builder.Writer();
-    w.Begin().U32(5).F32(2.5f).U32(10);
-    for (UINT32 i = 0; i < 10; i++)
-    {
-        w.U32(10 + i);
-    }
-    w.U32(0).U32(0).U32(0).U32(0);
+    w.Begin().U32(5).F32(2.5f);
+    WriteFixedArray(w, 10);
+    WriteNoListNoLabel(w);
     w.Begin().U32(21).F32(0.5f).End();
     w.U32(77).End();
     builder.AddModule("TestModule", TestModuleTypeClass::SourceVersion, 0, w.Bytes());
@@ -284,11 +279,8 @@ TEST(SymbolTableDrift, AVariableArrayTooBigForItsDataIsClipped)
     elements.I32(4).I32(5).I32(6);
     const UINT32  reference = builder.AddData(elements.Bytes());
     CRecordWriter w         = builder.Writer();
-    w.Begin().U32(5).F32(2.5f).U32(8);
-    for (UINT32 i = 0; i < 8; i++)
-    {
-        w.U32(10 + i);
-    }
+    w.Begin().U32(5).F32(2.5f);
+    WriteFixedArray(w, 8);
     w.U32(100).U32(reference).U32(0).U32(0);
     w.Begin().U32(21).F32(0.5f).End();
     w.U32(77).End();
