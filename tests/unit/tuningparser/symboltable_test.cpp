@@ -73,6 +73,24 @@ void WriteNoListNoLabel(CRecordWriter& w)
     w.U32(0).U32(0).U32(0).U32(0);
 }
 
+// The test module's record: two head values (gain 2.5 between them unless left out), the fixed array, no list or
+// label, the nested record {21, 0.5} and the tail value.
+void AddTestModule(CParameterFileBuilder& builder, UINT32 head, UINT32 tail, UINT32 fixedCount = 8,
+                   bool withGain = true)
+{
+    CRecordWriter w = builder.Writer();
+    w.Begin().U32(head);
+    if (withGain)
+    {
+        w.F32(2.5f);
+    }
+    WriteFixedArray(w, fixedCount);
+    WriteNoListNoLabel(w);
+    w.Begin().U32(21).F32(0.5f).End();
+    w.U32(tail).End();
+    builder.AddModule("TestModule", TestModuleTypeClass::SourceVersion, 0, w.Bytes());
+}
+
 // The test module's members as the code declares them; tests change one to make the file drift.
 std::vector<Child> TestModuleMembers()
 {
@@ -147,13 +165,7 @@ TEST(SymbolTableDrift, AMemberTheFileLacksStaysZeroAndLaterMembersStayInPlace)
     CParameterFileBuilder builder(7, 0, 0);
     AddRoot(builder);
     // The file's structure has no "gain".
-    CRecordWriter w = builder.Writer();
-    w.Begin().U32(5);
-    WriteFixedArray(w, 8);
-    WriteNoListNoLabel(w);
-    w.Begin().U32(21).F32(0.5f).End();
-    w.U32(77).End();
-    builder.AddModule("TestModule", TestModuleTypeClass::SourceVersion, 0, w.Bytes());
+    AddTestModule(builder, 5, 77, 8, false);
     std::vector<Child> members = TestModuleMembers();
     members.erase(members.begin() + 1); // no "gain"
     SetTestDefinitions(builder, members);
@@ -202,13 +214,7 @@ TEST(SymbolTableDrift, ReorderedMembersAreFoundByTheirDescription)
     CParameterFileBuilder builder(7, 0, 0);
     AddRoot(builder);
     // The file has "last" first and "first" last.
-    CRecordWriter w = builder.Writer();
-    w.Begin().U32(77).F32(2.5f);
-    WriteFixedArray(w, 8);
-    WriteNoListNoLabel(w);
-    w.Begin().U32(21).F32(0.5f).End();
-    w.U32(5).End();
-    builder.AddModule("TestModule", TestModuleTypeClass::SourceVersion, 0, w.Bytes());
+    AddTestModule(builder, 77, 5);
     std::vector<Child> members = TestModuleMembers();
     std::swap(members.front(), members.back()); // "last" first, "first" last
     SetTestDefinitions(builder, members);
@@ -228,13 +234,7 @@ TEST(SymbolTableDrift, AFixedArrayOfTenReadIntoEightTakesEight)
     CLogCapture           log;
     CParameterFileBuilder builder(7, 0, 0);
     AddRoot(builder);
-    CRecordWriter w = builder.Writer();
-    w.Begin().U32(5).F32(2.5f);
-    WriteFixedArray(w, 10);
-    WriteNoListNoLabel(w);
-    w.Begin().U32(21).F32(0.5f).End();
-    w.U32(77).End();
-    builder.AddModule("TestModule", TestModuleTypeClass::SourceVersion, 0, w.Bytes());
+    AddTestModule(builder, 5, 77, 10);
     std::vector<Child> members = TestModuleMembers();
     members[2]                 = {13, 0, "fixed", 0, 10, 10};
     SetTestDefinitions(builder, members);
@@ -254,13 +254,7 @@ TEST(SymbolTableDrift, WithoutDefinitionsAVersion7CountStillGovernsTheFixedArray
 {
     CParameterFileBuilder builder(7, 0, 0);
     AddRoot(builder);
-    CRecordWriter w = builder.Writer();
-    w.Begin().U32(5).F32(2.5f);
-    WriteFixedArray(w, 10);
-    WriteNoListNoLabel(w);
-    w.Begin().U32(21).F32(0.5f).End();
-    w.U32(77).End();
-    builder.AddModule("TestModule", TestModuleTypeClass::SourceVersion, 0, w.Bytes());
+    AddTestModule(builder, 5, 77, 10);
     auto manager = MakeManager();
     ASSERT_TRUE(Load(*manager, builder.Build()));
     TestModuleTypeClass* pModule = Get(*manager);
