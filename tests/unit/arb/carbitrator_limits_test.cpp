@@ -8,6 +8,14 @@
 namespace
 {
 
+// Both ends of a range are value: the quantity is fixed.
+template <typename RangeT, typename ValueT>
+void ExpectFixed(ValueT value, const RangeT& rRange)
+{
+    EXPECT_EQ(value, rRange.min);
+    EXPECT_EQ(value, rRange.max);
+}
+
 // The default table 0: first and last knee.
 constexpr UINT64 TableMinTime  = 10040U;
 constexpr UINT64 TableMaxTime  = 82931727U;
@@ -196,8 +204,7 @@ TEST_F(ArbLimitsTest, OpenFrameRateGivesTheTableRangeWithinTheSensor)
     EXPECT_EQ(TableMaxTime, limit.expTime.max);
     EXPECT_EQ(1.0F, limit.gain.min);
     EXPECT_EQ(TableMaxGain, limit.gain.max);
-    EXPECT_EQ(1.0F, limit.fnumber.min);
-    EXPECT_EQ(1.0F, limit.fnumber.max);
+    ExpectFixed(1.0F, limit.fnumber);
     EXPECT_NEAR(0.0F, limit.expIndex.min, 1e-3F);
     EXPECT_NEAR(TableMaxIndex, limit.expIndex.max, 1e-3F);
     EXPECT_EQ(m_sensorLimits.SEFexpTime.max, limit.SEFexpTime.max);
@@ -325,8 +332,7 @@ TEST_F(ArbLimitsTest, ManualISOFixesTheGain)
 {
     std::unique_ptr<CArbitrator> pArb  = MakeOpenArbitrator();
     const ExposureLimitationType limit = SetManual(*pArb, AECAlgoModeManualISO, 8.0F, 0U, 0U, 0.0F);
-    EXPECT_EQ(8.0F, limit.gain.min);
-    EXPECT_EQ(8.0F, limit.gain.max);
+    ExpectFixed(8.0F, limit.gain);
     EXPECT_EQ(TableMaxTime, limit.expTime.max);
     EXPECT_TRUE(ArbLogContains("AECAlgoModeManualISO/Gain, (8.000000, 8.000000)"));
 }
@@ -335,8 +341,7 @@ TEST_F(ArbLimitsTest, ManualGainFixesTheGain)
 {
     std::unique_ptr<CArbitrator> pArb  = MakeOpenArbitrator();
     const ExposureLimitationType limit = SetManual(*pArb, AECAlgoModeManualGain, 3.0F, 0U, 0U, 0.0F);
-    EXPECT_EQ(3.0F, limit.gain.min);
-    EXPECT_EQ(3.0F, limit.gain.max);
+    ExpectFixed(3.0F, limit.gain);
     EXPECT_TRUE(ArbLogContains("AECAlgoModeManualISO/Gain, (3.000000, 3.000000)"));
 }
 
@@ -345,8 +350,7 @@ TEST_F(ArbLimitsTest, ManualISOAboveTheTableFixesThatGainAndRaisesEveryKnee)
     std::unique_ptr<CArbitrator> pArb  = MakeOpenArbitrator();
     const ExposureLimitationType limit = SetManual(*pArb, AECAlgoModeManualISO, 100.0F, 0U, 0U, 0.0F);
     // The sensor's maximum of 64 does not lower a manual gain.
-    EXPECT_EQ(100.0F, limit.gain.min);
-    EXPECT_EQ(100.0F, limit.gain.max);
+    ExpectFixed(100.0F, limit.gain);
 
     const aecArbitration::ExposureTableType* pActive = pArb->GetExpTable()->GetExpTable(ActiveTable);
     const aecArbitration::ExposureTableType* pRaw    = pArb->GetExpTable()->GetExpTable(RawTable);
@@ -362,8 +366,7 @@ TEST_F(ArbLimitsTest, ManualExpTimeFixesTheTime)
 {
     std::unique_ptr<CArbitrator> pArb  = MakeOpenArbitrator();
     const ExposureLimitationType limit = SetManual(*pArb, AECAlgoModeManualExpTime, 0.0F, 5000000U, 0U, 0.0F);
-    EXPECT_EQ(5000000U, limit.expTime.min);
-    EXPECT_EQ(5000000U, limit.expTime.max);
+    ExpectFixed(5000000U, limit.expTime);
     EXPECT_EQ(TableMaxGain, limit.gain.max);
     EXPECT_TRUE(ArbLogContains("AECAlgoModeManualExpTime, (5000000, 5000000)"));
 }
@@ -372,10 +375,8 @@ TEST_F(ArbLimitsTest, ManualFullFixesTimeAndGain)
 {
     std::unique_ptr<CArbitrator> pArb  = MakeOpenArbitrator();
     const ExposureLimitationType limit = SetManual(*pArb, AECAlgoModeManualFull, 8.0F, 5000000U, 0U, 0.0F);
-    EXPECT_EQ(5000000U, limit.expTime.min);
-    EXPECT_EQ(5000000U, limit.expTime.max);
-    EXPECT_EQ(8.0F, limit.gain.min);
-    EXPECT_EQ(8.0F, limit.gain.max);
+    ExpectFixed(5000000U, limit.expTime);
+    ExpectFixed(8.0F, limit.gain);
     EXPECT_TRUE(ArbLogContains("AECAlgoModeManualFull, S(5000000, 5000000) G (8.000000, 8.000000)"));
 }
 
@@ -396,27 +397,23 @@ TEST_F(ArbLimitsTest, PASMIrisFixesTheFNumberWithinTheTableAndLowersTheLongestTi
 {
     std::unique_ptr<CArbitrator> pArb  = MakeIrisArbitrator();
     ExposureLimitationType       limit = SetManual(*pArb, AECAlgoModePASMIris, 0.0F, 0U, 5000000U, 2.8F);
-    EXPECT_EQ(2.8F, limit.fnumber.min);
-    EXPECT_EQ(2.8F, limit.fnumber.max);
+    ExpectFixed(2.8F, limit.fnumber);
     EXPECT_EQ(5000000U, limit.expTime.max);
     EXPECT_TRUE(ArbLogContains("AECAlgoModePASMIris, Fn (2.800000, 2.800000)"));
 
     // Clamped to the table's f/2 .. f/4.
     limit = SetManual(*pArb, AECAlgoModePASMIris, 0.0F, 0U, 0U, 8.0F);
-    EXPECT_EQ(4.0F, limit.fnumber.min);
-    EXPECT_EQ(4.0F, limit.fnumber.max);
+    ExpectFixed(4.0F, limit.fnumber);
     EXPECT_EQ(10000000U, limit.expTime.max);
     limit = SetManual(*pArb, AECAlgoModePASMIris, 0.0F, 0U, 0U, 1.4F);
-    EXPECT_EQ(2.0F, limit.fnumber.min);
-    EXPECT_EQ(2.0F, limit.fnumber.max);
+    ExpectFixed(2.0F, limit.fnumber);
 }
 
 TEST_F(ArbLimitsTest, PASMISOFixesTheGain)
 {
     std::unique_ptr<CArbitrator> pArb  = MakeOpenArbitrator();
     const ExposureLimitationType limit = SetManual(*pArb, AECAlgoModePASMISO, 6.0F, 0U, 0U, 0.0F);
-    EXPECT_EQ(6.0F, limit.gain.min);
-    EXPECT_EQ(6.0F, limit.gain.max);
+    ExpectFixed(6.0F, limit.gain);
     EXPECT_TRUE(ArbLogContains("AECAlgoModePASMISO, (6.000000, 6.000000)"));
 }
 
@@ -424,10 +421,8 @@ TEST_F(ArbLimitsTest, PASMIrisISOFixesFNumberAndGain)
 {
     std::unique_ptr<CArbitrator> pArb  = MakeIrisArbitrator();
     const ExposureLimitationType limit = SetManual(*pArb, AECAlgoModePASMIrisISO, 6.0F, 0U, 0U, 2.8F);
-    EXPECT_EQ(2.8F, limit.fnumber.min);
-    EXPECT_EQ(2.8F, limit.fnumber.max);
-    EXPECT_EQ(6.0F, limit.gain.min);
-    EXPECT_EQ(6.0F, limit.gain.max);
+    ExpectFixed(2.8F, limit.fnumber);
+    ExpectFixed(6.0F, limit.gain);
     EXPECT_TRUE(ArbLogContains("AECAlgoModePASMIrisISO, Fn (2.800000, 2.800000)"));
     EXPECT_TRUE(ArbLogContains("AECAlgoModePASMIrisISO, (6.000000, 6.000000)"));
 }
@@ -436,8 +431,7 @@ TEST_F(ArbLimitsTest, PASMExpTimeFixesTheTime)
 {
     std::unique_ptr<CArbitrator> pArb  = MakeOpenArbitrator();
     const ExposureLimitationType limit = SetManual(*pArb, AECAlgoModePASMExpTime, 0.0F, 4000000U, 0U, 0.0F);
-    EXPECT_EQ(4000000U, limit.expTime.min);
-    EXPECT_EQ(4000000U, limit.expTime.max);
+    ExpectFixed(4000000U, limit.expTime);
     EXPECT_EQ(TableMaxGain, limit.gain.max);
     EXPECT_TRUE(ArbLogContains("AECAlgoModeManualExpTime, (4000000, 4000000)"));
 }
@@ -446,10 +440,8 @@ TEST_F(ArbLimitsTest, PASMExpTimeISOFixesTimeAndGain)
 {
     std::unique_ptr<CArbitrator> pArb  = MakeOpenArbitrator();
     const ExposureLimitationType limit = SetManual(*pArb, AECAlgoModePASMExpTimeISO, 6.0F, 4000000U, 0U, 0.0F);
-    EXPECT_EQ(4000000U, limit.expTime.min);
-    EXPECT_EQ(4000000U, limit.expTime.max);
-    EXPECT_EQ(6.0F, limit.gain.min);
-    EXPECT_EQ(6.0F, limit.gain.max);
+    ExpectFixed(4000000U, limit.expTime);
+    ExpectFixed(6.0F, limit.gain);
     EXPECT_TRUE(ArbLogContains("AECAlgoModePASMExpTimeISO, (4000000, 4000000)"));
     EXPECT_TRUE(ArbLogContains("AECAlgoModePASMExpTimeISO, (6.000000, 6.000000)"));
 }
@@ -458,10 +450,8 @@ TEST_F(ArbLimitsTest, PASMExpTimeIrisFixesTimeAndFNumber)
 {
     std::unique_ptr<CArbitrator> pArb  = MakeIrisArbitrator();
     const ExposureLimitationType limit = SetManual(*pArb, AECAlgoModePASMExpTimeIris, 0.0F, 4000000U, 0U, 2.8F);
-    EXPECT_EQ(4000000U, limit.expTime.min);
-    EXPECT_EQ(4000000U, limit.expTime.max);
-    EXPECT_EQ(2.8F, limit.fnumber.min);
-    EXPECT_EQ(2.8F, limit.fnumber.max);
+    ExpectFixed(4000000U, limit.expTime);
+    ExpectFixed(2.8F, limit.fnumber);
     EXPECT_TRUE(ArbLogContains("AECAlgoModePASMExpTimeIris, (4000000, 4000000)"));
     EXPECT_TRUE(ArbLogContains("AECAlgoModePASMExpTimeIris, Fn (2.800000, 2.800000)"));
 }
@@ -470,12 +460,9 @@ TEST_F(ArbLimitsTest, PASMFullManualFixesTimeFNumberAndGain)
 {
     std::unique_ptr<CArbitrator> pArb  = MakeIrisArbitrator();
     const ExposureLimitationType limit = SetManual(*pArb, AECAlgoModePASMFullManual, 6.0F, 4000000U, 0U, 2.8F);
-    EXPECT_EQ(4000000U, limit.expTime.min);
-    EXPECT_EQ(4000000U, limit.expTime.max);
-    EXPECT_EQ(2.8F, limit.fnumber.min);
-    EXPECT_EQ(2.8F, limit.fnumber.max);
-    EXPECT_EQ(6.0F, limit.gain.min);
-    EXPECT_EQ(6.0F, limit.gain.max);
+    ExpectFixed(4000000U, limit.expTime);
+    ExpectFixed(2.8F, limit.fnumber);
+    ExpectFixed(6.0F, limit.gain);
     EXPECT_TRUE(ArbLogContains("AECAlgoModePASMFullManual, (4000000, 4000000)"));
     EXPECT_TRUE(ArbLogContains("AECAlgoModePASMFullManual, Fn (2.800000, 2.800000)"));
     EXPECT_TRUE(ArbLogContains("AECAlgoModePASMFullManual, (6.000000, 6.000000)"));
@@ -614,8 +601,7 @@ TEST_F(ArbLimitsTest, CrossedTimeRangeRaisesTheMaximumToTheMinimum)
     std::unique_ptr<CArbitrator> pArb = MakeOpenArbitrator();
     m_sensorLimits.expTime = {100000000U, 1000000000U};
     const ExposureLimitationType limit = pArb->SetSensorLimits(&m_sensorLimits);
-    EXPECT_EQ(100000000U, limit.expTime.min);
-    EXPECT_EQ(100000000U, limit.expTime.max);
+    ExpectFixed(100000000U, limit.expTime);
     EXPECT_TRUE(ArbLogContains(
         "requires attention: exp time min 100000000 max 82931727 crossed, sensor limits: 100000000 1000000000"));
 }
@@ -625,8 +611,7 @@ TEST_F(ArbLimitsTest, CrossedGainRangeRaisesTheMaximumToTheMinimum)
     std::unique_ptr<CArbitrator> pArb = MakeOpenArbitrator();
     m_sensorLimits.gain = {100.0F, 200.0F};
     const ExposureLimitationType limit = pArb->SetSensorLimits(&m_sensorLimits);
-    EXPECT_EQ(100.0F, limit.gain.min);
-    EXPECT_EQ(100.0F, limit.gain.max);
+    ExpectFixed(100.0F, limit.gain);
     EXPECT_TRUE(ArbLogContains(
         "requires attention: gain min 100.000000 max 60.000000 crossed, sensor limits: 100.000000 200.000000"));
 }
@@ -648,8 +633,7 @@ TEST_F(ArbLimitsTest, WithoutIrisTheFNumberCollapsesToTheTablesFirst)
 {
     std::unique_ptr<CArbitrator> pArb  = MakeIrisArbitrator();
     const ExposureLimitationType limit = pArb->GetLimitation();
-    EXPECT_EQ(4.0F, limit.fnumber.min);
-    EXPECT_EQ(4.0F, limit.fnumber.max);
+    ExpectFixed(4.0F, limit.fnumber);
     EXPECT_TRUE(ArbLogContains("checkLensCap 0, checkIrisTblData 0 checkAECTblHasIris 1"));
 }
 
@@ -729,8 +713,7 @@ TEST_F(ArbLimitsTest, WidestFNumberAboveTheTablesRaisesTheMaximumToo)
     std::unique_ptr<CArbitrator> pArb = MakeIrisArbitrator();
     GiveIris(*pArb, iris);
     const ExposureLimitationType limit = pArb->GetLimitation();
-    EXPECT_EQ(5.0F, limit.fnumber.min);
-    EXPECT_EQ(5.0F, limit.fnumber.max);
+    ExpectFixed(5.0F, limit.fnumber);
 }
 
 TEST_F(ArbLimitsTest, SingleZoomRowGivesTheFirstRowOutsideAndOneAtItsStep)
@@ -758,8 +741,7 @@ TEST_F(ArbLimitsTest, FixedFNumberOverridesTheRange)
     std::unique_ptr<CArbitrator> pArb = MakeIrisArbitrator();
     GiveIris(*pArb, m_iris);
     ExposureLimitationType limit = pArb->SetFnLimits(2.8F);
-    EXPECT_EQ(2.8F, limit.fnumber.min);
-    EXPECT_EQ(2.8F, limit.fnumber.max);
+    ExpectFixed(2.8F, limit.fnumber);
     limit = pArb->SetFnLimits(0.0F);
     EXPECT_EQ(2.0F, limit.fnumber.min);
     EXPECT_EQ(4.0F, limit.fnumber.max);
@@ -775,8 +757,7 @@ TEST_F(ArbLimitsTest, FixedFNumberWinsEvenDuringDecay)
     EXPECT_TRUE(ArbLogContains("Fixed Fn 2.500000 while decaying"));
 
     const ExposureLimitationType limit = pArb->SetFnLimits(3.5F);
-    EXPECT_EQ(3.5F, limit.fnumber.min);
-    EXPECT_EQ(3.5F, limit.fnumber.max);
+    ExpectFixed(3.5F, limit.fnumber);
 }
 
 TEST_F(ArbLimitsTest, SnapshotPinsTheIrisAtItsWidestWithIrisAndAtTheTablesOtherwise)
@@ -784,12 +765,10 @@ TEST_F(ArbLimitsTest, SnapshotPinsTheIrisAtItsWidestWithIrisAndAtTheTablesOtherw
     std::unique_ptr<CArbitrator> pArb = MakeIrisArbitrator();
     CArbitratorTestPeer::IsOverallSnapshot(*pArb) = TRUE;
     pArb->SetFnLimits(0.0F);
-    EXPECT_EQ(4.0F, pArb->GetLimitation().fnumber.min);
-    EXPECT_EQ(4.0F, pArb->GetLimitation().fnumber.max);
+    ExpectFixed(4.0F, pArb->GetLimitation().fnumber);
 
     GiveIris(*pArb, m_iris);
-    EXPECT_EQ(2.0F, pArb->GetLimitation().fnumber.min);
-    EXPECT_EQ(2.0F, pArb->GetLimitation().fnumber.max);
+    ExpectFixed(2.0F, pArb->GetLimitation().fnumber);
 }
 
 TEST_F(ArbLimitsTest, StaggeredHDRPinsTheIrisAndIgnoresTheFixedFNumber)
@@ -798,8 +777,7 @@ TEST_F(ArbLimitsTest, StaggeredHDRPinsTheIrisAndIgnoresTheFixedFNumber)
     GiveIris(*pArb, m_iris);
     CArbitratorTestPeer::IsShdrActived(*pArb) = TRUE;
     const ExposureLimitationType limit = pArb->SetFnLimits(3.5F);
-    EXPECT_EQ(2.0F, limit.fnumber.min);
-    EXPECT_EQ(2.0F, limit.fnumber.max);
+    ExpectFixed(2.0F, limit.fnumber);
 }
 
 // ---- Decay tolerance ----
@@ -816,8 +794,7 @@ TEST_F(ArbLimitsTest, AfterDecayTheFNumberStaysPinnedWithinTheTolerance)
     ExposureLimitationType limit = {};
     limit.fnumber                = {2.0F, 4.0F};
     CArbitratorTestPeer::DecayToleranceProcess(*pArb, limit, Linear);
-    EXPECT_EQ(2.8F, limit.fnumber.min);
-    EXPECT_EQ(2.8F, limit.fnumber.max);
+    ExpectFixed(2.8F, limit.fnumber);
     EXPECT_EQ(AfterDecay, rDecay.tolerance_state);
     EXPECT_TRUE(ArbLogContains("Fixed Fn 2.800000 Curr idx 120.000000 Base idx 100.000000 tol 23.500000"));
 }
