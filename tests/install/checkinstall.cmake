@@ -1,4 +1,4 @@
-# Installs libaecore into a scratch prefix, then builds and runs a C consumer against it.
+# Installs libaecore into a scratch prefix, checks its default tuning, then builds and runs a C consumer against it.
 file(REMOVE_RECURSE ${WORK})
 execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${WORK}/prefix RESULT_VARIABLE result OUTPUT_QUIET)
 if(NOT result EQUAL 0)
@@ -23,6 +23,10 @@ endif()
 file(GLOB_RECURSE libraries "${WORK}/prefix/libaecore.so*")
 list(GET libraries 0 library)
 get_filename_component(libdir ${library} DIRECTORY)
+# The default tuning travels with the library.
+if(NOT EXISTS ${libdir}/aecore/default.bin)
+    message(FATAL_ERROR "default.bin is not installed next to the library (${libdir}/aecore/default.bin)")
+endif()
 foreach(consumer consumer_cmake consumer_pkgconfig)
     execute_process(COMMAND ${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${libdir} ${WORK}/build/${consumer}
                     RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)

@@ -16,6 +16,8 @@ namespace
 struct Options
 {
     std::string library;
+    std::string tuning      = DefaultTuningFile();
+    bool        fileMode    = false;
     UINT32      frames      = 60;
     UINT32      cameraId    = 0;
     FLOAT       sceneLevel  = 4.0F;    // grey level the scene reaches at 10 ms, gain 1, f/2: a dim room
@@ -23,12 +25,16 @@ struct Options
 
 void PrintUsage(const char* pName)
 {
-    std::printf("Usage: %s [--library PATH] [--frames N] [--camera ID] [--scene LEVEL]\n\n"
+    std::printf("Usage: %s [--library PATH] [--tuning FILE | --fake-tuning] [--file-mode] [--frames N]\n"
+                "       [--camera ID] [--scene LEVEL]\n\n"
                 "Loads libaecore through dlopen, creates one instance, sets camera, sensor, tuning and\n"
                 "streaming mode, queries the start exposure and processes N frames of a uniform grey\n"
                 "scene whose brightness follows the exposure the library chose; the sensor applies an\n"
                 "exposure two frames after it was chosen, as the library is told.\n\n"
                 "  --library PATH  shared library to load (default: the one built with this program)\n"
+                "  --tuning FILE   parameter file of the host's tuning store (default: the built default.bin)\n"
+                "  --fake-tuning   no tuning store: the library runs on its built-in fake tuning\n"
+                "  --file-mode     the store reads the file mode by mode, keeping it open (default: from memory)\n"
                 "  --frames N      frames to process (default 60)\n"
                 "  --camera ID     camera id 0..7 (default 0)\n"
                 "  --scene LEVEL   8-bit grey level at 10 ms, gain 1.0, f/2.0 (default 4: a dim room)\n"
@@ -56,6 +62,18 @@ bool ParseOptions(int argc, char** argv, Options* pOptions)
         else if (hasValue && (argument == "--library"))
         {
             pOptions->library = argv[++i];
+        }
+        else if (hasValue && (argument == "--tuning"))
+        {
+            pOptions->tuning = argv[++i];
+        }
+        else if (argument == "--fake-tuning")
+        {
+            pOptions->tuning.clear();
+        }
+        else if (argument == "--file-mode")
+        {
+            pOptions->fileMode = true;
         }
         else if (hasValue && (argument == "--frames"))
         {
@@ -99,9 +117,10 @@ int main(int argc, char** argv)
 
     CHostHarness harness;
     std::string  error;
+    harness.SetTuningFile(options.tuning, options.fileMode ? HostTuningLoad::File : HostTuningLoad::Buffer);
     if (!harness.Load(options.library, &error))
     {
-        std::fprintf(stderr, "aec-host: cannot load %s: %s\n", options.library.c_str(), error.c_str());
+        std::fprintf(stderr, "aec-host: %s\n", error.c_str());
         return 1;
     }
 
@@ -129,6 +148,9 @@ int main(int argc, char** argv)
     }
     std::printf("libaecore %s, camera %u, %u frames, scene level %.1f\n", options.library.c_str(),
                 options.cameraId, options.frames, options.sceneLevel);
+    std::printf("tuning: %s\n", options.tuning.empty() ? "the library's fake tuning (no store)"
+                                                       : (options.tuning + (options.fileMode ? " (file mode)"
+                                                                                             : " (buffer mode)")).c_str());
     std::printf("%6s %8s %12s %8s %6s %8s %8s %7s\n", "frame", "result", "exposure_ns", "gain", "fnum", "luma",
                 "lux_idx", "settled");
 

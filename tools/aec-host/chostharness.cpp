@@ -64,7 +64,8 @@ HostSensorConfig DefaultSensor(UINT32 cameraId, StatsAlgoRole role)
 }
 
 CHostHarness::CHostHarness()
-    : m_pLibrary(nullptr), m_callbacks(), m_hostInterface(), m_bayerGrid(), m_bayerHist(), m_statsInfo(), m_inputs(),
+    : m_tuning(), m_tuningPath(DefaultTuningFile()), m_tuningHow(HostTuningLoad::Buffer), m_pLibrary(nullptr),
+      m_callbacks(), m_hostInterface(), m_bayerGrid(), m_bayerHist(), m_statsInfo(), m_inputs(),
       m_outputs(), m_inputList(), m_outputList()
 {
 }
@@ -74,12 +75,18 @@ CHostHarness::~CHostHarness()
     Unload();
 }
 
+void CHostHarness::SetTuningFile(const std::string& path, HostTuningLoad how)
+{
+    m_tuningPath = path;
+    m_tuningHow  = how;
+}
+
 bool CHostHarness::Load(const std::string& libraryPath, std::string* pError)
 {
     m_pLibrary = dlopen(libraryPath.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (nullptr == m_pLibrary)
     {
-        *pError = dlerror();
+        *pError = "cannot load " + libraryPath + ": " + dlerror();
         return false;
     }
     auto pEntry = reinterpret_cast<void (*)(LyrAECAlgorithmCallbacks*)>(Resolve("LyrAECAlgorithmEntry"));
@@ -96,7 +103,7 @@ bool CHostHarness::Load(const std::string& libraryPath, std::string* pError)
     m_hostInterface.pGetVendorTagBase       = &HostGetVendorTagBase;
     m_hostInterface.pQueryVendorTagLocation = &HostQueryVendorTagLocation;
     m_callbacks.pfnSetAlgoInterface(&m_hostInterface);
-    return true;
+    return m_tuning.Load(m_tuningPath, m_tuningHow, pError);
 }
 
 void CHostHarness::Unload()
@@ -136,6 +143,12 @@ KDKResult CHostHarness::SetParam(LYRAECAlgorithm* pAlgo, AECAlgoSetParamType typ
     return pAlgo->AECSetParam(pAlgo, &list);
 }
 
+KDKResult CHostHarness::SendTuning(LYRAECAlgorithm* pAlgo)
+{
+    StatsTuningData tuning = m_tuning.Data();
+    return SetParam(pAlgo, AECAlgoSetParamSorentaData, &tuning, sizeof(tuning));
+}
+
 KDKResult CHostHarness::Configure(LYRAECAlgorithm* pAlgo, const HostSensorConfig& sensor, AECAlgoOperationModeType mode)
 {
     StatsCameraInfo cameraInfo = {sensor.role, sensor.cameraId};
@@ -157,7 +170,7 @@ KDKResult CHostHarness::Configure(LYRAECAlgorithm* pAlgo, const HostSensorConfig
     sensorInfo.sensorActiveResWidth   = sensor.width;
     sensorInfo.sensorActiveResHeight  = sensor.height;
 
-    StatsTuningData tuning = {};
+    StatsTuningData tuning = m_tuning.Data();
     UINT8           delay  = sensor.pipelineDelay;
     AECAlgoSetParam params[5] = {
         {&cameraInfo, sizeof(cameraInfo), AECAlgoSetParamCameraInfo},

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "aecore/aecore.h"
+#include "chosttuning.h"
 
 // The harness's default core logger; it keeps every message for CoreLog().
 VOID HostLogger(const CHAR* pFileName, UINT32 lineNum, const CHAR* pFunctionName, StatsLogGroup group,
@@ -51,9 +52,17 @@ public:
     CHostHarness(const CHostHarness&)            = delete;
     CHostHarness& operator=(const CHostHarness&) = delete;
 
-    // Loads the library, runs the entry point and hands over the host's callback table.
+    // The parameter file that Load() reads into the host's tuning store, and how: by default the built default.bin
+    // in buffer mode. An empty path leaves the store null, and the library then runs on its fake tuning.
+    void SetTuningFile(const std::string& path, HostTuningLoad how);
+
+    // Loads the library, runs the entry point, hands over the host's callback table and loads the tuning file.
     bool Load(const std::string& libraryPath, std::string* pError);
     void Unload();
+
+    // The tuning store and mode selectors that Configure() and SendTuning() hand to an instance.
+    CHostTuning&       Tuning() { return m_tuning; }
+    const CHostTuning& Tuning() const { return m_tuning; }
 
     const LyrAECAlgorithmCallbacks& Callbacks() const { return m_callbacks; }
     void* Resolve(const char* pSymbol) const;
@@ -64,6 +73,8 @@ public:
     // The host's usual set-up: camera info, sensor info, tuning, then an operation mode.
     KDKResult Configure(LYRAECAlgorithm* pAlgo, const HostSensorConfig& sensor, AECAlgoOperationModeType mode);
     KDKResult SetParam(LYRAECAlgorithm* pAlgo, AECAlgoSetParamType type, const void* pData, UINT32 size);
+    // Sends the tuning store and the current selectors again, as a host does when its modes change.
+    KDKResult SendTuning(LYRAECAlgorithm* pAlgo);
     KDKResult QueryStartExposure(LYRAECAlgorithm* pAlgo, HostFrameResult* pResult);
     KDKResult QuerySnapshotExposure(LYRAECAlgorithm* pAlgo, const AECAlgoSnapshotConfig& config,
                                     HostFrameResult* pResult);
@@ -102,6 +113,10 @@ private:
     // Points the input and output lists at the statistics records and at pResult.
     void LinkFrameLists(UINT64 frameId, HostFrameResult* pResult);
 
+    // Declared first, so that it goes last: the store outlives the library and every instance it was handed to.
+    CHostTuning              m_tuning;
+    std::string              m_tuningPath;
+    HostTuningLoad           m_tuningHow;
     void*                    m_pLibrary;
     LyrAECAlgorithmCallbacks m_callbacks;
     LyrAlgorithmInterface    m_hostInterface;

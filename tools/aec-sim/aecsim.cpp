@@ -23,6 +23,8 @@ struct Options
 {
     std::string scenario;
     std::string library;
+    std::string tuning;
+    bool        fakeTuning = false;
     std::string out;
     std::string sensor;
     std::string scene;
@@ -92,8 +94,14 @@ int main(int argc, char** argv)
                  "(applied after the sensor's pipeline delay) and feeds it the statistics of every frame.\n"
                  "Writes frames.csv, metrics.txt, plot.png and contact-sheet.png into the output folder."};
     options.library = DefaultLibrary();
+    options.tuning  = DefaultTuningFile();
     app.add_option("--scenario", options.scenario, "scenario file (sim/scenarios/*.json)")->required();
     app.add_option("--lib", options.library, "libaecore.so to load (default: the one built with this program)");
+    CLI::Option* pTuning = app.add_option("--tuning", options.tuning,
+                                          "parameter file of the host's tuning store (default: the built default.bin)");
+    app.add_flag("--fake-tuning", options.fakeTuning,
+                 "hand the library no tuning store, so that it runs on its built-in fake tuning")
+        ->excludes(pTuning);
     app.add_option("--out", options.out, "output folder (default ./aec-sim-out/<scenario>)");
     app.add_option("--sensor", options.sensor, "sensor description file (default: the scenario's)");
     app.add_option("--scene", options.scene,
@@ -141,6 +149,11 @@ int main(int argc, char** argv)
 
     SimLoopOptions loopOptions;
     loopOptions.libraryPath = options.library;
+    loopOptions.tuningPath  = options.fakeTuning ? std::string() : options.tuning;
+    if (!options.fakeTuning && options.tuning.empty())
+    {
+        std::fprintf(stderr, "aec-sim: no default.bin found; running on the library's fake tuning\n");
+    }
     if (!scenario.SensorPath().empty() && !LoadSensorDesc(scenario.SensorPath(), &loopOptions.sensor, &error))
     {
         std::fprintf(stderr, "aec-sim: %s\n", error.c_str());
@@ -163,6 +176,8 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "aec-sim: warning: %s\n", warning.c_str());
     }
 
+    std::printf("tuning:        %s\n", loopOptions.tuningPath.empty() ? "the library's fake tuning (no store)"
+                                                                       : loopOptions.tuningPath.c_str());
     const SimMetrics metrics = ComputeMetrics(output.run, scenario.Expect());
     if (!options.quiet)
     {

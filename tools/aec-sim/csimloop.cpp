@@ -62,9 +62,9 @@ void CSimLoop::SetParam(AECAlgoSetParamType type, const void* pData, uint32_t si
 
 bool CSimLoop::Configure(std::string* pError)
 {
+    m_harness.SetTuningFile(m_options.tuningPath, HostTuningLoad::Buffer);
     if (!m_harness.Load(m_options.libraryPath, pError))
     {
-        *pError = "cannot load " + m_options.libraryPath + ": " + *pError;
         return false;
     }
     KDKResult result = m_harness.Create(kCameraId, &m_pAlgo);
@@ -73,11 +73,12 @@ bool CSimLoop::Configure(std::string* pError)
         *pError = "create failed with result " + std::to_string(result);
         return false;
     }
-    // The host's usual order: camera, sensor, pipeline delay, tuning (empty: the embedded default), mode.
+    // The host's usual order: camera, sensor, pipeline delay, tuning (the store over the parameter file and the
+    // mode selectors; without a store the library's fake tuning), mode.
     const StatsCameraInfo   cameraInfo = {StatsAlgoRoleDefault, kCameraId};
     const StatsSensorInfo   sensorInfo = MakeSensorInfo(m_options.sensor);
     const UINT8             delay      = static_cast<UINT8>(m_options.sensor.pipelineDelay);
-    const StatsTuningData   tuning     = {};
+    const StatsTuningData   tuning     = m_harness.Tuning().Data();
     const AECAlgoOperationModeType mode = AECAlgoOperationModeStreaming;
     SetParam(AECAlgoSetParamCameraInfo, &cameraInfo, sizeof(cameraInfo), "camera info");
     SetParam(AECAlgoSetParamSensorInfo, &sensorInfo, sizeof(sensorInfo), "sensor info");

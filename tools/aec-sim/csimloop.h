@@ -15,6 +15,8 @@
 struct SimLoopOptions
 {
     std::string   libraryPath;
+    // Parameter file of the host's tuning store; empty: no store, the library runs on its fake tuning.
+    std::string   tuningPath;
     SimSensorDesc sensor;
     uint32_t      thumbnailWidth = 192;
     // Called after each frame with the frames done and the total, e.g. for a progress bar.

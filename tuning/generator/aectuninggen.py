@@ -34,8 +34,12 @@ Output: tuning_<namespace>.h per namespace, aectuningrecords.h including them al
 with, per module, <Module>DefaultStorage (the record, then its own copy of every array and string the record points
 to), FillDefault<Module>Storage(<Module>DefaultStorage*) that fills one and points its record into it,
 FillDefault<Module>(<ns>::<Module>*) for a record whose arrays all its callers share, and g_aecDefaultTuningModules
-(names, versions, record and storage sizes, storage alignment and filler). Files are rewritten only when their
-content changes.
+(names, versions, record and storage sizes, storage alignment and filler). Per namespace also tuning_<namespace>.cpp
+with the record accessors (Load, LoadArray, AllocArray, Unload, GetValue, SetValue, GetInfo) and, where the namespace
+has modules, tuning_<namespace>_module.h with their <Module>Class store modules; tuningmoduleregistry.h/.cpp with
+TuningSetManager's GetModule_<name> for every module of the registry (tuning/modules.list, see tuningregistry.py);
+and aectuningdefault.json, the default tuning as an aec-tune source that the build compiles into default.bin.
+Files are rewritten only when their content changes.
 """
 
 import argparse
@@ -44,16 +48,23 @@ import sys
 
 sys.dont_write_bytecode = True  # keep the source tree free of caches when the build runs us
 
+import tuningaccessors  # noqa: E402
 import tuningdefaults  # noqa: E402
 import tuningheaders  # noqa: E402
+import tuningregistry  # noqa: E402
 import tuningschema  # noqa: E402
+import tuningsource  # noqa: E402
+import tuningstore  # noqa: E402
 
 REPOSITORY = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", ".."))
 
 
-def generate(schema_dir, default_dir):
-    """Returns ({file name: text}, errors) for a schema and a default directory."""
+def generate(schema_dir, default_dir, registry_path):
+    """Returns ({file name: text}, errors) for a schema, a default directory and a module registry."""
     schema, errors = tuningschema.load(schema_dir)
+    if errors:
+        return {}, errors
+    registry, errors = tuningregistry.load(registry_path, schema)
     if errors:
         return {}, errors
     headers = {}
@@ -69,8 +80,14 @@ def generate(schema_dir, default_dir):
     modules, errors = tuningdefaults.load_defaults(schema, default_dir)
     if errors:
         return {}, errors
-    files = tuningheaders.render_headers(schema)
+    files = tuningheaders.render_headers(schema, registry)
     files.update(tuningdefaults.render_defaults(modules))
+    files.update(tuningaccessors.render_accessors(schema, registry))
+    files.update(tuningstore.render_store(registry))
+    try:
+        files.update(tuningsource.render_source(schema, modules, registry))
+    except tuningsource.SourceError as error:
+        return {}, [f"{default_dir}: {error}"]
     return files, []
 
 
@@ -81,11 +98,14 @@ def output_names(schema_dir):
         return [], errors
     names = [tuningheaders.namespace_header(namespace) for namespace in sorted(schema.namespaces)]
     names += [tuningheaders.UMBRELLA_HEADER, tuningdefaults.DEFAULT_HEADER, tuningdefaults.DEFAULT_SOURCE]
+    names += tuningaccessors.output_names(schema)
+    names += tuningstore.OUTPUT_NAMES
+    names += tuningsource.OUTPUT_NAMES
     return names, []
 
 
 def write_outputs(files, out_dir):
-    """Writes changed files only, so that an unchanged schema rebuilds nothing; removes stale namespace headers."""
+    """Writes changed files only, so that an unchanged schema rebuilds nothing; removes stale namespace files."""
     os.makedirs(out_dir, exist_ok=True)
     written = []
     for name, text in sorted(files.items()):
@@ -101,7 +121,7 @@ def write_outputs(files, out_dir):
         os.replace(path + ".tmp", path)
         written.append(name)
     for name in sorted(os.listdir(out_dir)):
-        if name.startswith("tuning_") and name.endswith(".h") and name not in files:
+        if name.startswith("tuning_") and name.endswith((".h", ".cpp")) and name not in files:
             os.remove(os.path.join(out_dir, name))
     return written
 
@@ -112,6 +132,8 @@ def main(argv=None):
                         help="directory of the *.schema files (default: tuning/schema)")
     parser.add_argument("--default-dir", default=os.path.join(REPOSITORY, "tuning", "default"),
                         help="directory of the *.toml default files (default: tuning/default)")
+    parser.add_argument("--registry", default=tuningregistry.DEFAULT_PATH,
+                        help="the module registry (default: tuning/modules.list)")
     mode = parser.add_mutually_exclusive_group(required=True)
     mode.add_argument("--out-dir", help="write the generated files into this directory")
     mode.add_argument("--check", action="store_true", help="only check schema and defaults, write nothing")
@@ -123,7 +145,7 @@ def main(argv=None):
     if args.list_outputs:
         names, errors = output_names(args.schema_dir)
     else:
-        files, errors = generate(args.schema_dir, args.default_dir)
+        files, errors = generate(args.schema_dir, args.default_dir, args.registry)
     if errors:
         for error in errors:
             print(error, file=sys.stderr)

@@ -6,6 +6,13 @@ from tuningschema import (EnumDecl, StructDecl, TypedefDecl, SYMBOL_TABLE_ID, cp
 
 UMBRELLA_HEADER = "aectuningrecords.h"
 
+# The store's types that the accessor declarations name; the records themselves need none of them complete.
+FORWARD_DECLARATIONS = """struct ParameterLoadParameters;
+struct ParameterParserInfo;
+class ParameterFileSymbolTable;
+template <typename T>
+class PList;"""
+
 
 def namespace_header(namespace):
     return f"tuning_{namespace.lower()}.h"
@@ -66,7 +73,32 @@ def _record(record, indent):
             lines += field[0]
         else:
             run.append(field)
+    lines.append("")
+    lines += [inner + line if line else "" for line in _accessor_declarations(record)]
     lines.append(f"{indent}}};")
+    return lines
+
+
+def _accessor_declarations(record):
+    """The generated accessors of a record (defined in tuning_<namespace>.cpp); they keep the record plain."""
+    lines = [
+        "// Generated accessors: load from the parameter file, release, values by path (\"zones[1].target\").",
+        "bool         Load(ParameterLoadParameters& params);",
+        "static bool  LoadArray(ParameterLoadParameters& params, void* pDest, UINT32 count);",
+        "static void* AllocArray(UINT32 count);",
+        "void         Unload(ParameterFileSymbolTable* pSymbolTable);",
+        "bool         GetValue(const CHAR* pPath, CHAR* pOut, UINT32 size) const;",
+        "bool         SetValue(const CHAR* pPath, const CHAR* pValue);",
+        "bool         GetInfo(const CHAR* pPath, PList<ParameterParserInfo>& list) const;",
+    ]
+    if record.is_module:
+        lines += [
+            "// Of the module: GetModified and Release only on a record that the store handed out.",
+            "UINT32             GetModified() const;",
+            "static const CHAR* GetModuleName();",
+            "static UINT64      GetModuleNameHash();",
+            "bool               Release();",
+        ]
     return lines
 
 
@@ -106,6 +138,7 @@ def render_namespace(schema, namespace):
         '#include "aecore/aecore_types.h"',
     ]
     lines += [f'#include "{namespace_header(other)}"' for other in namespace_dependencies(schema, namespace)]
+    lines += ["", FORWARD_DECLARATIONS]
     lines += ["", f"namespace {namespace}", "{"]
     for decl in ordered_declarations(schema, namespace):
         lines.append("")
@@ -128,7 +161,7 @@ def render_umbrella(schema):
     return "\n".join(lines)
 
 
-def render_headers(schema):
+def render_headers(schema, registry=None):
     """{file name: text} of every record header."""
     files = {namespace_header(namespace): render_namespace(schema, namespace) for namespace in schema.namespaces}
     files[UMBRELLA_HEADER] = render_umbrella(schema)

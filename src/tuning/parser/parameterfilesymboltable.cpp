@@ -573,6 +573,22 @@ bool ParameterFileSymbolTable::ReleaseDupObject(void* pObject)
     return true;
 }
 
+bool ParameterFileSymbolTable::ReleaseBlock(ParameterFileSymbolTable* pTable, void*& pBlock, BlockUnloadFn pUnload,
+                                            UINT32 count)
+{
+    const bool last = (nullptr != pBlock) && ((nullptr == pTable) || pTable->ReleaseDupObject(pBlock));
+    if (last)
+    {
+        if (nullptr != pUnload)
+        {
+            pUnload(pTable, pBlock, count);
+        }
+        VelaFree(pBlock);
+    }
+    pBlock = nullptr;
+    return last;
+}
+
 void ParameterFileSymbolTable::FreeEntryData()
 {
     delete[] m_symbols.Entries;

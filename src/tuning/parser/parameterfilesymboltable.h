@@ -60,6 +60,12 @@ public:
     ModuleData* MakeModuleData(const ParameterFileSymbolTableEntry& entry);
     // True if the caller may free the block: its last reference is gone or it was never shared.
     bool  ReleaseDupObject(void* pObject);
+    // Drops a loaded member's reference to its block (through pTable, which may be null): the block is freed, after
+    // pUnload released what its count elements hold, only if that was the last reference or there is no table.
+    // The pointer is cleared either way. True if the block was freed.
+    typedef void (*BlockUnloadFn)(ParameterFileSymbolTable* pTable, void* pBlock, UINT32 count);
+    static bool ReleaseBlock(ParameterFileSymbolTable* pTable, void*& pBlock, BlockUnloadFn pUnload = nullptr,
+                             UINT32 count = 0);
 
     void   FreeEntryData();
     void   FreeLookupData();

@@ -5,10 +5,16 @@
 #include "aec/core/base/ctuningdataadapter.h"
 
 // Hands out the modules of `modules` and `pStatsConfig` for any mode (null: the store holds none) and counts the
-// fetches. The records stay owned by the test.
+// fetches, in place of the real accessors of an (empty) main store. The records stay owned by the test; they are not
+// store modules, so nothing may release them through the store.
 class CTestTuningStore : public TuningSetManager
 {
 public:
+    CTestTuningStore()
+        : TuningSetManager("CTestTuningStore")
+    {
+    }
+
     // The tuning the host sends with this store: seven selectors of mode 0.
     StatsTuningData TuningData() { return StatsTuningData{this, m_selectors, SelectorCount}; }
 

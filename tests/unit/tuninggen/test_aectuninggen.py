@@ -1,4 +1,5 @@
-# Unit tests of the tuning record generator: schema parsing and errors, type resolution, headers and defaults.
+# Unit tests of the tuning record generator: schema parsing and errors, type resolution, headers, defaults,
+# name hashes and accessors.
 import io
 import os
 import sys
@@ -13,9 +14,14 @@ sys.path.insert(0, os.path.join(HERE, "..", "..", "..", "tuning", "generator"))
 sys.dont_write_bytecode = True
 
 import aectuninggen  # noqa: E402
+import tuningaccessors  # noqa: E402
+import tuningcrc  # noqa: E402
 import tuningdefaults  # noqa: E402
+import tuningregistry  # noqa: E402
 import tuningheaders  # noqa: E402
 import tuningschema  # noqa: E402
+import tuningsource  # noqa: E402
+import tuningstore  # noqa: E402
 
 
 def parse(*texts):
@@ -32,13 +38,16 @@ def parse(*texts):
 
 
 class TemporaryTree:
-    """A schema and a default directory with given files, removed afterwards."""
+    """A schema and a default directory with given files and a module registry, removed afterwards."""
 
-    def __init__(self, schemas=None, defaults=None):
+    def __init__(self, schemas=None, defaults=None, registry=""):
         self.directory = tempfile.TemporaryDirectory()
         self.schema_dir = os.path.join(self.directory.name, "schema")
         self.default_dir = os.path.join(self.directory.name, "default")
         self.out_dir = os.path.join(self.directory.name, "out")
+        self.registry = os.path.join(self.directory.name, "modules.list")
+        with open(self.registry, "w", encoding="utf-8") as handle:
+            handle.write(textwrap.dedent(registry))
         for folder, files in ((self.schema_dir, schemas or {}), (self.default_dir, defaults or {})):
             os.makedirs(folder)
             for name, text in files.items():
@@ -281,6 +290,27 @@ class HeaderTest(unittest.TestCase):
         self.assertIn("// Metering fixture module.\n// Tuning module FixMeteringType, version 8.0.1.\nstruct FixMeteringType",
                       header)
 
+    def test_records_declare_their_accessors(self):
+        header = self.files["tuning_fixmetering.h"]
+        self.assertIn("struct ParameterLoadParameters;\nstruct ParameterParserInfo;\nclass ParameterFileSymbolTable;\n"
+                      "template <typename T>\nclass PList;\n\nnamespace fixMetering", header)
+        start = header.index("struct FixZoneType")
+        zone = header[start:header.index("static_assert", start)]
+        for declaration in ["bool         Load(ParameterLoadParameters& params);",
+                            "static bool  LoadArray(ParameterLoadParameters& params, void* pDest, UINT32 count);",
+                            "static void* AllocArray(UINT32 count);",
+                            "void         Unload(ParameterFileSymbolTable* pSymbolTable);",
+                            "bool         GetValue(const CHAR* pPath, CHAR* pOut, UINT32 size) const;",
+                            "bool         SetValue(const CHAR* pPath, const CHAR* pValue);",
+                            "bool         GetInfo(const CHAR* pPath, PList<ParameterParserInfo>& list) const;"]:
+            self.assertIn("    " + declaration, zone)
+        self.assertNotIn("GetModuleName", zone)
+        module = header[header.index("struct FixMeteringType"):]
+        self.assertIn("        bool         Load(ParameterLoadParameters& params);", module)
+        for declaration in ["UINT32             GetModified() const;", "static const CHAR* GetModuleName();",
+                            "static UINT64      GetModuleNameHash();", "bool               Release();"]:
+            self.assertIn("\n    " + declaration, module)
+
     def test_enum_has_fixed_underlying_type(self):
         header = self.files["tuning_aecglobalelements.h"]
         self.assertIn("enum FixPrioType : INT32", header)
@@ -449,6 +479,159 @@ class DefaultsTest(unittest.TestCase):
         self.assertIn("    std::memset(pStorage, 0, sizeof(*pStorage));\n", source)
 
 
+class NameHashTest(unittest.TestCase):
+    # Computed once with ParserCRC64::GetNameHash of the parameter store.
+    STORE_HASHES = [
+        ("", 0x0000000000000000),
+        ("a", 0xA9AD4E3121C380AE),
+        ("revision", 0xD594EED07A5650C5),
+        ("mtrLumaCalc", 0x866A355C62D13A6F),
+        ("Metering", 0xBEA6F5E148AD561D),
+        ("module_version", 0xE11CD9F365A2599F),
+        ("AECParamExtension", 0xFF8D0ADED230E94B),
+        ("histLumaTargetZone", 0xAA56E5BDDFE0DCBE),
+        ("abcdefgh", 0x9464D55D0D1636BD),
+        ("abcdefghi", 0xEF71CE86EA8EE231),
+        ("0123456789abcdef0123456789abcdef", 0xB7412D1287DFF45B),
+        ("\u00e9t\u00e9", 0xD95A75CD163E6DFC),
+    ]
+
+    def test_member_names_of_the_store(self):
+        self.assertEqual(tuningcrc.name_hash("revision"), 0xD594EED07A5650C5)
+        self.assertEqual(tuningcrc.name_hash("mtrLumaCalc"), 0x866A355C62D13A6F)
+
+    def test_same_values_as_the_store(self):
+        for name, value in self.STORE_HASHES:
+            with self.subTest(name=name):
+                self.assertEqual(tuningcrc.name_hash(name), value)
+
+    def test_literal(self):
+        self.assertEqual(tuningcrc.literal("revision"), "0xD594EED07A5650C5ULL")
+
+    def test_length_is_fed_only_when_asked(self):
+        self.assertNotEqual(tuningcrc.crc64(b"abc", True), tuningcrc.crc64(b"abc", False))
+        self.assertEqual(tuningcrc.crc64(b"", True, seed=5), 5)
+
+
+class AccessorTest(unittest.TestCase):
+    def setUp(self):
+        schema, errors = tuningschema.load(os.path.join(FIXTURES, "schema"))
+        self.assertEqual(errors, [])
+        registry, errors = tuningregistry.load(os.path.join(FIXTURES, "modules.list"), schema)
+        self.assertEqual(errors, [])
+        self.schema = schema
+        self.files = tuningaccessors.render_accessors(schema, registry)
+        self.source = self.files["tuning_fixmetering.cpp"]
+
+    def function(self, signature):
+        """The body of a generated function."""
+        start = self.source.index(signature)
+        return self.source[start:self.source.index("\n}\n", start)]
+
+    def test_one_source_per_namespace_and_one_module_header_per_module_namespace(self):
+        self.assertEqual(sorted(self.files), ["tuning_aecglobalelements.cpp", "tuning_fixempty.cpp",
+                                              "tuning_fixempty_module.h", "tuning_fixmetering.cpp",
+                                              "tuning_fixmetering_module.h", "tuning_statsglobalelements.cpp"])
+        self.assertEqual(sorted(tuningaccessors.output_names(self.schema)), sorted(self.files))
+        self.assertIn('#include "tuning_fixmetering_module.h"', self.source)
+        self.assertIn('#include "tuning_aecglobalelements.h"', self.files["tuning_aecglobalelements.cpp"])
+
+    def test_load_reads_members_in_order_with_literal_hashes(self):
+        body = self.function("bool FixMeteringType::Load(")
+        self.assertIn("const UINT32 key = this->SymbolTableID;", body)
+        self.assertNotIn("GetNameHash", self.source)
+        order = ["module_version", "table", "zones", "name", "range", "prio", "prioByNumber", "id", "bytes", "label",
+                 "big", "ubig", "precise", "flag", "pairs", "levels", "grid", "oursOnly", "params", "names", "limits"]
+        positions = [body.index(f"members.NameHash = {tuningcrc.literal(name)};") for name in order]
+        self.assertEqual(positions, sorted(positions))
+        self.assertIn("this->module_version.Load(members);", body)
+        self.assertIn("pEntry->ReadSimpleTypeFixedArray<FLOAT>(this->table, 4, members);", body)
+        self.assertIn("pEntry->ReadSimpleTypeFixedArray<aecglobalelements::FixPrioType>(&this->prio, 1, members);",
+                      body)
+        self.assertIn("pEntry->ReadSimpleTypeFixedArray<FLOAT>(&this->grid[0][0], 6, members);", body)
+        self.assertIn("pEntry->ReadStructureFixedArray(&fixMetering::FixMeteringType::pairsStruct::LoadArray, "
+                      "this->pairs, 2, members);", body)
+        self.assertRegex(body, r"this->zones = static_cast<fixMetering::FixZoneType\*>\(pEntry->ReadStructureArray\("
+                               r"&fixMetering::FixZoneType::LoadArray, &fixMetering::FixZoneType::AllocArray, "
+                               r"this->zonesCount, this->zonesID, ParameterFileSymbolTableEntry::NoLimit, "
+                               r"sizeof\(fixMetering::FixZoneType\), members, \d+\)\);")
+        self.assertRegex(body, r"pEntry->ReadString\(this->name, members, \d+\);")
+        self.assertRegex(body, r"pEntry->ReadStringArray\(this->names, this->namesCount, this->namesID, "
+                               r"ParameterFileSymbolTableEntry::NoLimit, members, \d+\);")
+        self.assertTrue(body.rstrip().endswith("pEntry->EndStructure(limit);\n    return true;"))
+
+    def test_nested_records_zero_all_and_keep_no_key(self):
+        body = self.function("bool FixMeteringType::module_versionStruct::Load(")
+        self.assertIn("*this = module_versionStruct();", body)
+        self.assertNotIn("key", body)
+        self.assertIn("pEntry->ReadSimpleTypeArray<UINT8>(this->marks, this->marksCount, this->marksID, ",
+                      self.function("bool FixMeteringType::pairsStruct::Load("))
+
+    def test_location_constants_differ(self):
+        import re
+        locations = re.findall(r"members, (\d+)\)", self.source)
+        self.assertGreaterEqual(len(locations), 4)
+        self.assertEqual(len(locations), len(set(locations)))
+
+    def test_unload_releases_every_allocated_member(self):
+        body = self.function("void FixMeteringType::Unload(")
+        self.assertIn("ParameterAccessor::ReleaseRecords(pSymbolTable, this->zones, this->zonesCount, this->zonesID);",
+                      body)
+        self.assertIn("ParameterAccessor::Release(pSymbolTable, this->name);", body)
+        self.assertIn("ParameterAccessor::ReleaseStrings(pSymbolTable, this->names, this->namesCount, "
+                      "this->namesID);", body)
+        self.assertIn("(this->pairs)[i].Unload(pSymbolTable);", body)
+        self.assertIn("this->limits.Unload(pSymbolTable);", body)
+        self.assertNotIn("range", body)
+        self.assertNotIn("module_version", body)
+        self.assertIn("static_cast<void>(pSymbolTable);",
+                      self.function("void FixMeteringType::module_versionStruct::Unload("))
+
+    def test_member_table_drives_the_value_interface(self):
+        self.assertIn('{"grid", ParameterAccessorType::Float, true, false, offsetof(fixMetering::FixMeteringType, '
+                      'grid), 6, 0, sizeof(FLOAT), nullptr},', self.source)
+        self.assertIn('{"zones", ParameterAccessorType::Record, true, true, offsetof(fixMetering::FixMeteringType, '
+                      'zones), 0, offsetof(fixMetering::FixMeteringType, zonesCount), '
+                      'sizeof(fixMetering::FixZoneType), '
+                      '&ParameterAccessorRecordOf<fixMetering::FixZoneType>::Functions},', self.source)
+        self.assertIn('{"prio", ParameterAccessorType::Enum,', self.source)
+        self.assertIn('{"id", ParameterAccessorType::Int32,', self.source)
+        self.assertIn('{"name", ParameterAccessorType::String, false, false,', self.source)
+        self.assertIn("return ParameterAccessor::GetValue(s_fixMetering_FixMeteringType, 21, this, pPath, pOut, size);",
+                      self.source)
+
+    def test_module_class(self):
+        header = self.files["tuning_fixmetering_module.h"]
+        self.assertIn("class FixMeteringTypeClass : public ParameterModule, public FixMeteringType", header)
+        self.assertIn("static const VersionUnion SourceVersion;", header)
+        self.assertIn("const VersionUnion FixMeteringTypeClass::SourceVersion = {0x0000000100000008ULL};",
+                      self.source)
+        self.assertIn(f'return "FixMetering";', self.function("const CHAR* FixMeteringType::GetModuleName()"))
+        self.assertIn(f"return {tuningcrc.literal('FixMetering')};",
+                      self.function("UINT64 FixMeteringType::GetModuleNameHash()"))
+        self.assertIn('ParameterAccessor::Create(*this, "FixMeteringTypeClass", pData, pDefaults)', self.source)
+        self.assertIn('LoadFromSymbolTable(pSymbolTable, "FixMeteringTypeClass", '
+                      '&ParameterAccessor::LoadTop<FixMeteringType>,', self.source)
+        set_value = self.function("bool FixMeteringTypeClass::SetValue(")
+        self.assertIn("NoteModified();\n    SymbolTableID = GetKey();", set_value)
+        self.assertIn("const VersionUnion FixEmptyTypeClass::SourceVersion = {0x0000000300020001ULL};",
+                      self.files["tuning_fixempty.cpp"])
+
+    def test_namespace_without_records_or_members(self):
+        schema, errors = parse("namespace bare\nenum E {\n    A\n}\nstruct Empty {\n}\n")
+        self.assertEqual(errors, [])
+        files = tuningaccessors.render_accessors(schema, [])
+        self.assertEqual(sorted(files), ["tuning_bare.cpp"])
+        self.assertIn("ParameterAccessor::GetValue(nullptr, 0, this, pPath, pOut, size);", files["tuning_bare.cpp"])
+        self.assertNotIn("namespace\n{", files["tuning_bare.cpp"])
+
+    def test_unregistered_module_is_named_after_its_record(self):
+        schema, errors = parse("namespace demo\nmodule DemoType 1.0.0 {\n    UINT32 v\n}\n")
+        self.assertEqual(errors, [])
+        source = tuningaccessors.render_accessors(schema, [])["tuning_demo.cpp"]
+        self.assertIn('return "DemoType";', source)
+
+
 class CommandLineTest(unittest.TestCase):
     def run_main(self, *args):
         out, err = io.StringIO(), io.StringIO()
@@ -459,7 +642,7 @@ class CommandLineTest(unittest.TestCase):
     def test_check_mode_writes_nothing(self):
         with TemporaryTree({"demo.schema": MODULE_SCHEMA}, {"demo.toml": "[DemoType]\nsmall = 3\n"}) as tree:
             result, _, _ = self.run_main("--schema-dir", tree.schema_dir, "--default-dir", tree.default_dir,
-                                         "--check")
+                                         "--registry", tree.registry, "--check")
             self.assertEqual(result, 0)
             self.assertFalse(os.path.exists(tree.out_dir))
 
@@ -475,21 +658,24 @@ class CommandLineTest(unittest.TestCase):
             result, out, _ = self.run_main("--schema-dir", tree.schema_dir, "--list-outputs")
             self.assertEqual(result, 0)
             self.assertEqual(out.split(), ["tuning_demo.h", "aectuningrecords.h", "aecdefaulttuning.h",
-                                           "aecdefaulttuning.cpp"])
+                                           "aecdefaulttuning.cpp", "tuning_demo.cpp", "tuning_demo_module.h"]
+                             + tuningstore.OUTPUT_NAMES + tuningsource.OUTPUT_NAMES)
 
     def test_empty_schema_gives_umbrella_and_empty_table(self):
         with TemporaryTree() as tree:
             result, _, _ = self.run_main("--schema-dir", tree.schema_dir, "--default-dir", tree.default_dir,
-                                         "--out-dir", tree.out_dir)
+                                         "--registry", tree.registry, "--out-dir", tree.out_dir)
             self.assertEqual(result, 0)
-            self.assertEqual(sorted(os.listdir(tree.out_dir)), ["aecdefaulttuning.cpp", "aecdefaulttuning.h",
-                                                                 "aectuningrecords.h"])
+            self.assertEqual(sorted(os.listdir(tree.out_dir)),
+                             sorted(["aecdefaulttuning.cpp", "aecdefaulttuning.h", "aectuningrecords.h"]
+                                    + tuningstore.OUTPUT_NAMES + tuningsource.OUTPUT_NAMES))
             with open(os.path.join(tree.out_dir, "aecdefaulttuning.cpp"), encoding="utf-8") as handle:
                 self.assertIn("std::array<AECDefaultTuningModule, 0> g_aecDefaultTuningModules", handle.read())
 
     def test_unchanged_files_are_not_rewritten_and_stale_headers_go(self):
         with TemporaryTree({"demo.schema": MODULE_SCHEMA}) as tree:
-            arguments = ["--schema-dir", tree.schema_dir, "--default-dir", tree.default_dir, "--out-dir", tree.out_dir]
+            arguments = ["--schema-dir", tree.schema_dir, "--default-dir", tree.default_dir, "--registry",
+                         tree.registry, "--out-dir", tree.out_dir]
             self.assertEqual(self.run_main(*arguments)[0], 0)
             header = os.path.join(tree.out_dir, "tuning_demo.h")
             os.utime(header, (1, 1))
@@ -500,9 +686,11 @@ class CommandLineTest(unittest.TestCase):
             self.assertFalse(os.path.exists(stale))
 
     def test_output_is_deterministic(self):
-        first, errors = aectuninggen.generate(os.path.join(FIXTURES, "schema"), os.path.join(FIXTURES, "default"))
+        first, errors = aectuninggen.generate(os.path.join(FIXTURES, "schema"), os.path.join(FIXTURES, "default"),
+                                             os.path.join(FIXTURES, "modules.list"))
         self.assertEqual(errors, [])
-        second, _ = aectuninggen.generate(os.path.join(FIXTURES, "schema"), os.path.join(FIXTURES, "default"))
+        second, _ = aectuninggen.generate(os.path.join(FIXTURES, "schema"), os.path.join(FIXTURES, "default"),
+                                             os.path.join(FIXTURES, "modules.list"))
         self.assertEqual(first, second)
 
 

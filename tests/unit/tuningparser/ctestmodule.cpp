@@ -70,15 +70,6 @@ bool LoadTop(ParameterLoadParameters& params, void* pDest)
     return true;
 }
 
-void ReleaseBlock(ParameterFileSymbolTable* pTable, void*& pBlock)
-{
-    if ((nullptr != pBlock) && ((nullptr == pTable) || pTable->ReleaseDupObject(pBlock)))
-    {
-        VelaFree(pBlock);
-    }
-    pBlock = nullptr;
-}
-
 ParameterParserInfo Info(const CHAR* pName, const CHAR* pType, double value, UINT32 decimals, bool isArray,
                          UINT32 count)
 {
@@ -169,8 +160,8 @@ bool TestModuleTypeClass::UnloadModule()
         ParameterFileSymbolTable* pTable = (nullptr != m_pData) ? m_pData->SymbolTable : nullptr;
         void*                     pList  = list;
         void*                     pLabel = label;
-        ReleaseBlock(pTable, pList);
-        ReleaseBlock(pTable, pLabel);
+        ParameterFileSymbolTable::ReleaseBlock(pTable, pList);
+        ParameterFileSymbolTable::ReleaseBlock(pTable, pLabel);
         list      = nullptr;
         label     = nullptr;
         listCount = 0;

@@ -927,7 +927,8 @@ BOOL CAECCoreDataManager::isTuningModeChange(const StatsTuningData* pTuning)
     AECTuningMode     selected[AECTuningModeCount];
     for (UINT32 i = 0; i < AECTuningModeCount; i++)
     {
-        selected[i] = static_cast<AECTuningMode>(((0 == i) ? pSelectors[i].mode : pSelectors[i].subMode) & 0xFF);
+        const UINT32 value = (0 == i) ? static_cast<UINT32>(pSelectors[i].mode) : pSelectors[i].subMode.value;
+        selected[i]        = static_cast<AECTuningMode>(value & 0xFF);
     }
 
     const BOOL isChanged = (0 != std::memcmp(selected, currentTuningMode, sizeof(currentTuningMode))) ? TRUE : FALSE;

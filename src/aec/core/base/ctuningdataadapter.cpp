@@ -24,6 +24,7 @@ CTuningDataAdapter::CTuningDataAdapter()
     , m_coreModuleTuningData()
     , m_fakeModules()
     , m_pFakeStatsConfig(nullptr)
+    , m_pFetchedStore(nullptr)
 {
 }
 
@@ -46,6 +47,8 @@ VOID CTuningDataAdapter::SetSorenta(const StatsTuningData* pTuning, CoreModuleTu
     {
         AEC_LOG_ERROR("Tuning Pointer Null");
         FakeTuningData();
+        // The modules held from now on are fake ones: no store may be handed them back.
+        m_pFetchedStore = nullptr;
     }
     else
     {
@@ -70,24 +73,33 @@ VOID CTuningDataAdapter::FetchTuningModules()
     const TuningMode*      pModes = m_pSelectors;
     const UINT32           count  = m_numSelectors;
     TuningModulesPointers& rMods  = m_tuningModulesPtrs;
+    // Each fetch takes a reference in the store. The modules held now are handed back with the next fetch of the
+    // same store, which releases them; those of another store, or fake ones, are not the store's to release.
+    const bool sameStore = (pStore == m_pFetchedStore);
+    auto       previous  = [sameStore](auto* pModule) { return sameStore ? pModule : nullptr; };
 
-    rMods.modMtr             = pStore->GetModule_Metering(pModes, count, nullptr);
-    rMods.modConv            = pStore->GetModule_Convergence(pModes, count, nullptr);
-    rMods.modArb             = pStore->GetModule_Arbitration(pModes, count, nullptr);
-    rMods.modExt             = pStore->GetModule_Extension(pModes, count, nullptr);
-    rMods.modStartUp         = pStore->GetModule_StartUp(pModes, count, nullptr);
-    rMods.modSnapshotCtrl    = pStore->GetModule_SnapshotControl(pModes, count, nullptr);
-    rMods.modSkip            = pStore->GetModule_aecSkipCtrl(pModes, count, nullptr);
-    rMods.modFlash           = pStore->GetModule_Flash(pModes, count, nullptr);
-    rMods.modTouch           = pStore->GetModule_Touch(pModes, count, nullptr);
-    rMods.modFace            = pStore->GetModule_Face(pModes, count, nullptr);
-    rMods.modMultiCamSync    = pStore->GetModule_aecMultiCamSync(pModes, count, nullptr);
-    rMods.modDepth           = pStore->GetModule_aecDepth(pModes, count, nullptr);
-    rMods.modParamExt        = pStore->GetModule_AECParamExtension(pModes, count, nullptr);
-    rMods.modSensorHDRConfig = pStore->GetModule_SensorHDRDefaultConfig(pModes, count, nullptr);
-    rMods.modShdr            = pStore->GetModule_aecShdr(pModes, count, nullptr);
-    rMods.modIr              = pStore->GetModule_aecIr(pModes, count, nullptr);
-    m_coreModuleTuningData.pStatsConfig = pStore->GetModule_StatsDefaultConfig(pModes, count, nullptr);
+    rMods.modMtr             = pStore->GetModule_Metering(pModes, count, previous(rMods.modMtr));
+    rMods.modConv            = pStore->GetModule_Convergence(pModes, count, previous(rMods.modConv));
+    rMods.modArb             = pStore->GetModule_Arbitration(pModes, count, previous(rMods.modArb));
+    rMods.modExt             = pStore->GetModule_Extension(pModes, count, previous(rMods.modExt));
+    rMods.modStartUp         = pStore->GetModule_StartUp(pModes, count, previous(rMods.modStartUp));
+    rMods.modSnapshotCtrl    = pStore->GetModule_SnapshotControl(pModes, count, previous(rMods.modSnapshotCtrl));
+    rMods.modSkip            = pStore->GetModule_aecSkipCtrl(pModes, count, previous(rMods.modSkip));
+    rMods.modFlash           = pStore->GetModule_Flash(pModes, count, previous(rMods.modFlash));
+    rMods.modTouch           = pStore->GetModule_Touch(pModes, count, previous(rMods.modTouch));
+    rMods.modFace            = pStore->GetModule_Face(pModes, count, previous(rMods.modFace));
+    rMods.modMultiCamSync    = pStore->GetModule_aecMultiCamSync(pModes, count, previous(rMods.modMultiCamSync));
+    rMods.modDepth           = pStore->GetModule_aecDepth(pModes, count, previous(rMods.modDepth));
+    rMods.modParamExt        = pStore->GetModule_AECParamExtension(pModes, count, previous(rMods.modParamExt));
+    rMods.modSensorHDRConfig =
+        pStore->GetModule_SensorHDRDefaultConfig(pModes, count, previous(rMods.modSensorHDRConfig));
+    rMods.modShdr = pStore->GetModule_aecShdr(pModes, count, previous(rMods.modShdr));
+    rMods.modIr   = pStore->GetModule_aecIr(pModes, count, previous(rMods.modIr));
+    // The view is read-only; the store takes the record back only to release it.
+    aecStatsConfig::AECStatsConfig* pStatsConfig =
+        const_cast<aecStatsConfig::AECStatsConfig*>(m_coreModuleTuningData.pStatsConfig);
+    m_coreModuleTuningData.pStatsConfig = pStore->GetModule_StatsDefaultConfig(pModes, count, previous(pStatsConfig));
+    m_pFetchedStore = pStore;
 }
 
 VOID CTuningDataAdapter::FillTuningViews()

@@ -109,6 +109,8 @@ private:
     // are freed.
     TuningModulesPointers           m_fakeModules;
     aecStatsConfig::AECStatsConfig* m_pFakeStatsConfig;
+    // The store that the modules held now were fetched from (null: none, or fake ones); it holds a reference on each.
+    TuningSetManager* m_pFetchedStore;
 };
 
 #endif // AEC_CORE_BASE_CTUNINGDATAADAPTER_H

@@ -1,0 +1,23 @@
+# Runs one scenario on default.bin and on the library's fake tuning and requires the same frames and metrics.
+foreach(run tuning fake)
+    file(REMOVE_RECURSE ${OUT}/${run})
+endforeach()
+execute_process(COMMAND ${AECSIM} --scenario ${SCENARIO} --quiet --tuning ${TUNING} --out ${OUT}/tuning
+                RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+if(NOT result EQUAL 0)
+    message(FATAL_ERROR "run on ${TUNING} failed (${result}):\n${output}")
+endif()
+execute_process(COMMAND ${AECSIM} --scenario ${SCENARIO} --quiet --fake-tuning --out ${OUT}/fake
+                RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+if(NOT result EQUAL 0)
+    message(FATAL_ERROR "run on the fake tuning failed (${result}):\n${output}")
+endif()
+foreach(name metrics.txt frames.csv)
+    file(READ ${OUT}/tuning/${name} withFile)
+    file(READ ${OUT}/fake/${name} withFake)
+    if(NOT withFile STREQUAL withFake)
+        execute_process(COMMAND diff ${OUT}/tuning/${name} ${OUT}/fake/${name} OUTPUT_VARIABLE difference)
+        message(FATAL_ERROR "${name} differs between ${TUNING} (<) and the fake tuning (>):\n${difference}")
+    endif()
+endforeach()
+message(STATUS "frames.csv and metrics.txt are the same on ${TUNING} and on the fake tuning")
