@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "ctunecommands.h"
+#include "tools/aectune/tunetesthelpers.h"
 #include "tuning/parser/parametersetmanager.h"
 #include "tuning/parser/parsercrc.h"
 #include "tuning/tuningsetmanager.h"
@@ -38,16 +38,10 @@ const std::vector<UINT8>& BigFile()
             source << ((0 == i) ? "" : ",") << (i & 0xFFFF);
         }
         source << "] } } } ] }";
-        std::ostringstream      out;
-        std::ostringstream      err;
-        AecTune::CTuneCommands  commands(&out, &err);
-        AecTune::TuneFileOptions options{};
-        AecTune::CTuneFormat::ParseVersion("7.0.0", &options.version);
-        options.definitions = true;
-        options.minimumSize = 3388;
-        if (!commands.CompileText("bench.json", source.str(), options, &file))
+        std::string messages;
+        if (!AecTuneTest::Compile(source.str(), "7.0.0", true, ParameterFileHeaderReadSize, &file, &messages))
         {
-            std::fprintf(stderr, "aecore_tuning_bench: compile failed: %s\n", err.str().c_str());
+            std::fprintf(stderr, "aecore_tuning_bench: compile failed: %s\n", messages.c_str());
             file.clear();
         }
     }

@@ -18,37 +18,13 @@ CAbsentTuningModule::CAbsentTuningModule(const CHAR* pName, ModuleData* pData)
 
 ParameterModule* CAbsentTuningModule::Create(ModuleData* pData, DefaultModule* pDefaults) const
 {
-    if ((nullptr == pData) || (nullptr == pDefaults))
-    {
-        ParameterLogging::Write(nullptr, Error, "Unable to create CAbsentTuningModule %s without module data\n",
-                                GetModuleName());
-        return nullptr;
-    }
-    if (pData->NameHash != m_nameHash)
-    {
-        ParameterLogging::Write(pData->SetManager, Error,
-                                "Unable to create CAbsentTuningModule, binary name hash (0x%016llx) does not match "
-                                "source name hash (0x%016llx)\n",
-                                static_cast<unsigned long long>(pData->NameHash),
-                                static_cast<unsigned long long>(m_nameHash));
-        return nullptr;
-    }
-    // Modes that share the file's data share the instance, as with the modules the library reads.
-    const UINT32     key      = (0 != pData->DuplicateID) ? pData->DuplicateID : pData->ID;
-    ParameterModule* pModule  = pDefaults->Find(key);
-    if (nullptr != pModule)
-    {
-        return pModule;
-    }
-    CAbsentTuningModule* pNew = new (std::nothrow) CAbsentTuningModule(m_name, pData);
-    if (nullptr == pNew)
-    {
-        return nullptr;
-    }
-    pNew->SetKey(key);
-    // The list deletes an instance that it has no room for: what it holds afterwards is the answer.
-    pDefaults->AddModule(pNew);
-    return pDefaults->Find(key);
+    // Any version: nothing of the module is read.
+    return CreateInstance(pData, pDefaults, "CAbsentTuningModule", false, &MakeInstance);
+}
+
+ParameterModule* CAbsentTuningModule::MakeInstance(const CHAR* pName, ModuleData* pData, UINT32)
+{
+    return new (std::nothrow) CAbsentTuningModule(pName, pData);
 }
 
 bool CAbsentTuningModule::LoadModule(ParameterFileSymbolTable*)

@@ -17,6 +17,9 @@ public:
     ParameterModule* Create(ModuleData* pData, DefaultModule* pDefaults) const override;
     bool             LoadModule(ParameterFileSymbolTable* pSymbolTable) override;
     bool             UnloadModule() override;
+
+private:
+    static ParameterModule* MakeInstance(const CHAR* pName, ModuleData* pData, UINT32 key);
 };
 
 #endif // AECORE_TUNING_CABSENTTUNINGMODULE_H

@@ -17,7 +17,7 @@
 
 #include "aecdefaulttuning.h"
 #include "chostharness.h"
-#include "ctunecommands.h"
+#include "tools/aectune/tunetesthelpers.h"
 #include "tuning/tuningsetmanager.h"
 
 namespace
@@ -318,15 +318,10 @@ std::vector<UINT8> CompileWithModuleVersion(const std::string& moduleName, const
             module["version"] = version;
         }
     }
-    std::ostringstream       out;
-    std::ostringstream       err;
-    AecTune::CTuneCommands   commands(&out, &err);
-    AecTune::TuneFileOptions options{};
-    AecTune::CTuneFormat::ParseVersion("7.0.0", &options.version);
-    options.definitions = true;
-    options.minimumSize = 3388;
     std::vector<UINT8> file;
-    EXPECT_TRUE(commands.CompileText("changed.json", source.dump(), options, &file)) << err.str();
+    std::string        messages;
+    EXPECT_TRUE(AecTuneTest::Compile(source.dump(), "7.0.0", true, ParameterFileHeaderReadSize, &file, &messages))
+        << messages;
     return file;
 }
 

@@ -290,7 +290,7 @@ def _class_functions(record):
         f"    , {name}()", "{", "}", "",
         f"{cls}::~{cls}()", "{", "    if (IsLoaded())", "    {", "        UnloadModule();", "    }", "}", "",
         f"ParameterModule* {cls}::Create(ModuleData* pData, DefaultModule* pDefaults) const", "{",
-        f'    return ParameterAccessor::Create(*this, "{cls}", pData, pDefaults);', "}", "",
+        f'    return CreateInstance(pData, pDefaults, "{cls}", true, &ParameterAccessor::MakeInstance<{cls}>);', "}", "",
         f"bool {cls}::LoadModule(ParameterFileSymbolTable* pSymbolTable)", "{",
         f'    return LoadFromSymbolTable(pSymbolTable, "{cls}", &ParameterAccessor::LoadTop<{name}>,',
         f"                               static_cast<{name}*>(this));", "}", "",

@@ -248,54 +248,16 @@ public:
         UnloadStrings(pTable, pTexts, count);
     }
 
-    // Create of a prototype: the file's module must have the code's version and name; modes whose data is the
-    // same (one duplicate ID) share one instance.
+    // A new instance of a generated module class for ParameterModule::CreateInstance, its record keyed like it.
     template <typename TClass>
-    static ParameterModule* Create(const TClass& prototype, const CHAR* pClassName, ModuleData* pData,
-                                   DefaultModule* pDefaults)
+    static ParameterModule* MakeInstance(const CHAR* pName, ModuleData* pData, UINT32 key)
     {
-        if ((nullptr == pData) || (nullptr == pDefaults))
+        TClass* pNew = new (std::nothrow) TClass(pName, pData);
+        if (nullptr != pNew)
         {
-            ParameterLogging::Write(nullptr, Error, "%s::Create called with nullptr data or default module\n",
-                                    pClassName);
-            return nullptr;
+            pNew->SymbolTableID = key;
         }
-        const IParameterLoggingAPI* pLog     = pData->SetManager;
-        const VersionUnion          version  = prototype.GetVersion();
-        const UINT64                nameHash = prototype.ParameterModule::GetModuleNameHash();
-        if (pData->Version.Value != version.Value)
-        {
-            ParameterLogging::Write(pLog, Error,
-                                    "Unable to create %s, binary version (%lld) does not match source version (%lld)\n",
-                                    pClassName, static_cast<long long>(pData->Version.Value),
-                                    static_cast<long long>(version.Value));
-            return nullptr;
-        }
-        if (pData->NameHash != nameHash)
-        {
-            ParameterLogging::Write(pLog, Error,
-                                    "Unable to create %s, binary name hash (0x%016llx) does not match source name "
-                                    "hash (0x%016llx)\n",
-                                    pClassName, static_cast<unsigned long long>(pData->NameHash),
-                                    static_cast<unsigned long long>(nameHash));
-            return nullptr;
-        }
-        const UINT32     key      = (0 != pData->DuplicateID) ? pData->DuplicateID : pData->ID;
-        ParameterModule* pExisting = pDefaults->Find(key);
-        if (nullptr != pExisting)
-        {
-            return pExisting;
-        }
-        TClass* pNew = new (std::nothrow) TClass(prototype.ParameterModule::GetModuleName(), pData);
-        if (nullptr == pNew)
-        {
-            return nullptr;
-        }
-        pNew->SymbolTableID = key;
-        pNew->SetKey(key);
-        pDefaults->AddModule(pNew);
-        // The list deletes an instance it could not link.
-        return pDefaults->Find(key);
+        return pNew;
     }
 
     // UnloadModule of a module class, under the module's mutex.

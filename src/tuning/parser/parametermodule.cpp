@@ -133,6 +133,49 @@ void ParameterModule::NoteModified()
     m_modifiedCount++;
 }
 
+ParameterModule* ParameterModule::CreateInstance(ModuleData* pData, DefaultModule* pDefaults, const CHAR* pClassName,
+                                                 bool checkVersion, MakeInstanceFn pfnMake) const
+{
+    if ((nullptr == pData) || (nullptr == pDefaults) || (nullptr == pfnMake))
+    {
+        ParameterLogging::Write(nullptr, Error, "%s::Create called with nullptr data or default module\n", pClassName);
+        return nullptr;
+    }
+    const IParameterLoggingAPI* pLog = pData->SetManager;
+    if (checkVersion && (pData->Version.Value != m_version.Value))
+    {
+        ParameterLogging::Write(pLog, Error,
+                                "Unable to create %s, binary version (%lld) does not match source version (%lld)\n",
+                                pClassName, static_cast<long long>(pData->Version.Value),
+                                static_cast<long long>(m_version.Value));
+        return nullptr;
+    }
+    if (pData->NameHash != m_nameHash)
+    {
+        ParameterLogging::Write(pLog, Error,
+                                "Unable to create %s, binary name hash (0x%016llx) does not match source name hash "
+                                "(0x%016llx)\n",
+                                pClassName, static_cast<unsigned long long>(pData->NameHash),
+                                static_cast<unsigned long long>(m_nameHash));
+        return nullptr;
+    }
+    const UINT32     key       = (0 != pData->DuplicateID) ? pData->DuplicateID : pData->ID;
+    ParameterModule* pExisting = pDefaults->Find(key);
+    if (nullptr != pExisting)
+    {
+        return pExisting;
+    }
+    ParameterModule* pNew = pfnMake(m_name, pData, key);
+    if (nullptr == pNew)
+    {
+        return nullptr;
+    }
+    pNew->SetKey(key);
+    pDefaults->AddModule(pNew);
+    // The list deletes an instance it could not link: what it holds afterwards is the answer.
+    return pDefaults->Find(key);
+}
+
 bool ParameterModule::LoadFromSymbolTable(ParameterFileSymbolTable* pSymbolTable, const CHAR* pClassName,
                                           ParameterModuleLoadFn pLoad, void* pRecord)
 {

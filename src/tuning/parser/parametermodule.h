@@ -102,6 +102,13 @@ public:
     ModeEntry*   GetOwnMode() const;
 
 protected:
+    // Makes a new, unlinked instance of a prototype's class for what the file says; key is the instance key.
+    typedef ParameterModule* (*MakeInstanceFn)(const CHAR* pName, ModuleData* pData, UINT32 key);
+    // The rules of every prototype's Create: the file's module must have this module's name hash and, with
+    // checkVersion, its version (each refusal logged with the class name); modes whose data is the same (one
+    // duplicate ID, else the ID) share one instance from the list; otherwise pfnMake makes it, keyed and listed.
+    ParameterModule* CreateInstance(ModuleData* pData, DefaultModule* pDefaults, const CHAR* pClassName,
+                                    bool checkVersion, MakeInstanceFn pfnMake) const;
     // The common part of a generated LoadModule: find the entry, build the definitions view, run the top load.
     bool LoadFromSymbolTable(ParameterFileSymbolTable* pSymbolTable, const CHAR* pClassName,
                              ParameterModuleLoadFn pLoad, void* pRecord);

@@ -609,7 +609,8 @@ class AccessorTest(unittest.TestCase):
         self.assertIn(f'return "FixMetering";', self.function("const CHAR* FixMeteringType::GetModuleName()"))
         self.assertIn(f"return {tuningcrc.literal('FixMetering')};",
                       self.function("UINT64 FixMeteringType::GetModuleNameHash()"))
-        self.assertIn('ParameterAccessor::Create(*this, "FixMeteringTypeClass", pData, pDefaults)', self.source)
+        self.assertIn('CreateInstance(pData, pDefaults, "FixMeteringTypeClass", true,'
+                      ' &ParameterAccessor::MakeInstance<FixMeteringTypeClass>)', self.source)
         self.assertIn('LoadFromSymbolTable(pSymbolTable, "FixMeteringTypeClass", '
                       '&ParameterAccessor::LoadTop<FixMeteringType>,', self.source)
         set_value = self.function("bool FixMeteringTypeClass::SetValue(")

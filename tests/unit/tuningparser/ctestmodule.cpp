@@ -116,34 +116,13 @@ TestModuleTypeClass::~TestModuleTypeClass()
 
 ParameterModule* TestModuleTypeClass::Create(ModuleData* pData, DefaultModule* pDefaults) const
 {
-    const IParameterLoggingAPI* pLog = pData->SetManager;
-    if (pData->Version.Value != m_version.Value)
-    {
-        ParameterLogging::Write(pLog, Error,
-                                "Unable to create TestModuleTypeClass, binary version (%lld) does not match source "
-                                "version (%lld)\n",
-                                static_cast<long long>(pData->Version.Value), static_cast<long long>(m_version.Value));
-        return nullptr;
-    }
-    if (pData->NameHash != m_nameHash)
-    {
-        ParameterLogging::Write(pLog, Error,
-                                "Unable to create TestModuleTypeClass, binary name hash (0x%016llx) does not match "
-                                "source name hash (0x%016llx)\n",
-                                static_cast<unsigned long long>(pData->NameHash),
-                                static_cast<unsigned long long>(m_nameHash));
-        return nullptr;
-    }
-    const UINT32     key      = (0 != pData->DuplicateID) ? pData->DuplicateID : pData->ID;
-    ParameterModule* pModule  = pDefaults->Find(key);
-    if (nullptr != pModule)
-    {
-        return pModule;
-    }
-    TestModuleTypeClass* pNew = new TestModuleTypeClass(m_name, pData);
+    return CreateInstance(pData, pDefaults, "TestModuleTypeClass", true, &MakeInstance);
+}
+
+ParameterModule* TestModuleTypeClass::MakeInstance(const CHAR* pName, ModuleData* pData, UINT32 key)
+{
+    TestModuleTypeClass* pNew = new TestModuleTypeClass(pName, pData);
     pNew->SymbolTableID       = key;
-    pNew->SetKey(key);
-    pDefaults->AddModule(pNew);
     return pNew;
 }
 

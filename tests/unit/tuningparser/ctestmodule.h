@@ -63,6 +63,8 @@ public:
     static bool  LoadRecordArray(ParameterLoadParameters& params, void* pDest, UINT32 count);
     static void* AllocRecords(UINT32 count);
 
+    static ParameterModule* MakeInstance(const CHAR* pName, ModuleData* pData, UINT32 key);
+
     static const INT32 LocationList  = 1;
     static const INT32 LocationLabel = 2;
 };

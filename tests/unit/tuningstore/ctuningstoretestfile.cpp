@@ -9,23 +9,16 @@
 #include <cstring>
 #include <sstream>
 
-#include "ctunecommands.h"
+#include "tools/aectune/tunetesthelpers.h"
 #include "tuning/parser/parsercrc.h"
 
 CTuningStoreTestFile::CTuningStoreTestFile(const std::string& sourceText)
     : m_valid(false)
 {
     static std::atomic<UINT32> s_counter{0};
-    std::ostringstream         out;
-    std::ostringstream         err;
-    AecTune::CTuneCommands     commands(&out, &err);
-    AecTune::TuneFileOptions   options{};
-    AecTune::CTuneFormat::ParseVersion("7.0.0", &options.version);
-    options.definitions = true;
-    options.minimumSize = 3388;
-    m_valid             = commands.CompileText("source.json", sourceText, options, &m_bytes);
-    m_messages          = err.str();
-    const char* pDir    = std::getenv("TMPDIR");
+    m_valid          = AecTuneTest::Compile(sourceText, "7.0.0", true, ParameterFileHeaderReadSize, &m_bytes,
+                                            &m_messages);
+    const char* pDir = std::getenv("TMPDIR");
     m_name = std::string((nullptr != pDir) ? pDir : "/tmp") + "/aecore_tuningstore_" + std::to_string(getpid()) +
              "_" + std::to_string(s_counter++) + ".bin";
     WriteFile();

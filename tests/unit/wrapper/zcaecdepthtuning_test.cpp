@@ -103,6 +103,22 @@ protected:
 
     BOOL DepthEnabled() const { return static_cast<Vela::AECAlgorithm_Internal*>(m_pAlgo)->bDepthAECEnable; }
 
+    // A tuning of this source turns depth AEC off: no depth tags are asked of the host.
+    void ExpectNoDepthTagsWith(const std::string& source)
+    {
+        CTuningStoreTestFile file(source);
+        ASSERT_TRUE(file.IsValid()) << file.Messages();
+        std::unique_ptr<TuningSetManager> store = file.LoadFileMode();
+        ASSERT_NE(nullptr, store);
+        ASSERT_EQ(VelaResultSuccess, SetTuning(store.get()));
+        EXPECT_EQ(FALSE, DepthEnabled());
+        EXPECT_TRUE(m_logs.Has("bDepthAECEnable:0"));
+
+        QueryDependentTags();
+        EXPECT_TRUE(s_queriedTags.empty());
+        EXPECT_EQ(0U, m_tagList.vendorTagCount);
+    }
+
     LYRAECAlgorithm*       m_pAlgo          = nullptr;
     StatsLoggingFunction   m_savedLogger    = nullptr;
     LyrAlgorithmInterface  m_savedInterface = {};
@@ -132,28 +148,10 @@ TEST_F(DepthTuningTest, TuningThatEnablesDepthAECRequestsTheDepthTags)
 
 TEST_F(DepthTuningTest, TuningWithoutTheDepthModuleRequestsNoDepthTags)
 {
-    CTuningStoreTestFile file(Source("", {SkipModule()}));
-    ASSERT_TRUE(file.IsValid()) << file.Messages();
-    std::unique_ptr<TuningSetManager> store = file.LoadFileMode();
-    ASSERT_NE(nullptr, store);
-    ASSERT_EQ(VelaResultSuccess, SetTuning(store.get()));
-    EXPECT_EQ(FALSE, DepthEnabled());
-    EXPECT_TRUE(m_logs.Has("bDepthAECEnable:0"));
-
-    QueryDependentTags();
-    EXPECT_TRUE(s_queriedTags.empty());
-    EXPECT_EQ(0U, m_tagList.vendorTagCount);
+    ExpectNoDepthTagsWith(Source("", {SkipModule()}));
 }
 
 TEST_F(DepthTuningTest, TuningThatDisablesDepthAECRequestsNoDepthTags)
 {
-    CTuningStoreTestFile file(Source("", {DepthModule(false)}));
-    ASSERT_TRUE(file.IsValid()) << file.Messages();
-    std::unique_ptr<TuningSetManager> store = file.LoadFileMode();
-    ASSERT_NE(nullptr, store);
-    ASSERT_EQ(VelaResultSuccess, SetTuning(store.get()));
-    EXPECT_EQ(FALSE, DepthEnabled());
-    EXPECT_TRUE(m_logs.Has("bDepthAECEnable:0"));
-    QueryDependentTags();
-    EXPECT_TRUE(s_queriedTags.empty());
+    ExpectNoDepthTagsWith(Source("", {DepthModule(false)}));
 }
